@@ -1,0 +1,21 @@
+#pragma once
+
+#include "audio/audio_library.h"
+#include "base/result.h"
+
+#include <QStringList>
+
+#include <memory>
+
+namespace BASS {
+
+/// Makes the library of a provider module ("wavelark_ffmpeg", "wavelark_bass"). Each provider is a
+/// module of its own and only the chosen one is loaded into the process; a loaded module stays.
+/// Folders are searched in order. GUI thread, at start-up.
+Result<std::shared_ptr<AudioLibrary>> loadAudioProvider(const QString& moduleName,
+                                                        const QStringList& folders);
+
+/// Beside the executable, then ../lib/wavelark.
+QStringList audioProviderFolders();
+
+} // namespace BASS

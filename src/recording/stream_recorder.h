@@ -1,0 +1,66 @@
+#pragma once
+
+#include "recording/recording_types.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace BASS {
+
+/// Writes the bytes of a stream to files as they came, cut where the titles change.
+///
+/// *Thread*: lives on the GUI thread. The feed functions may be called from any one thread at a
+/// time (the library's network thread); they copy into a bounded queue and never block. Decisions
+/// and disk work happen on the recorder's own writer thread. *Owner*: the engine. Destroying it
+/// finishes the open file first. *Life*: start(), any number of connections, stop() or an error;
+/// then it may be started again.
+///
+/// A cut lies at the first frame or packet boundary at or behind the title's place in the bytes
+/// plus the split delay in stream time; neither the window nor the clock has a part in it.
+class StreamRecorder final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(StreamRecorder)
+
+  public:
+    explicit StreamRecorder(QObject* parent = nullptr);
+    ~StreamRecorder() override;
+
+    // --- GUI thread -----------------------------------------------------------------------------
+    /// `song` names the first file where the stream has not said a title yet (may be empty).
+    void start(const RecordingOptions& options, const Song& song);
+    /// Everything fed so far is written, then sig_finished comes. Returns at once.
+    void stop();
+    /// As stop(), and waits for the disk. For shutdown only.
+    void stopAndWait();
+    [[nodiscard]] bool isRunning() const;
+    /// No cuts until resumed; nothing is written meanwhile.
+    void setPaused(bool isPaused);
+
+    // --- feed: one thread at a time, never blocks
+    // -------------------------------------------------
+    /// A connection stands: its bytes follow. A recording that runs goes on in the open file where
+    /// the format is the same, else in a new one.
+    void connectionBegan();
+    void append(const char* data, qint64 bytes);
+    /// A new track begins at this place of the stream. Ignored for Ogg streams, whose links carry
+    /// their own titles.
+    void trackChanged(const Song& song);
+    /// The connection is gone; the open file waits for the next one.
+    void connectionEnded();
+
+  signals:
+    void sig_fileOpened(const QString& path, const BASS::Song& song);
+    void sig_fileFinished(const BASS::RecordedFile& file);
+    void sig_progress(const BASS::RecordingProgress& progress);
+    /// The recording has ended by itself; what was written before is safe. sig_finished follows.
+    void sig_failed(const BASS::RecordingError& error);
+    void sig_finished(const QStringList& paths);
+
+  private:
+    struct Private;
+    std::unique_ptr<Private> m_private;
+};
+
+} // namespace BASS
