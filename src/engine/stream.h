@@ -17,7 +17,7 @@ struct Channel {
 ///
 /// *Thread*: GUI; the StreamSink functions run on the library's network thread. *Owner*, *Life*: as
 /// CBass.
-class Stream : public BassQt, protected StreamSink {
+class Stream : public BassQt, public StreamSink {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(Stream)
 
