@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/setting.h"
+
+/// Scrobbling, lyrics, cover art and plug-in hosting.
+class ServiceSettings {
+    SettingsStore& m_file;
+
+  public:
+    explicit ServiceSettings(SettingsStore& store) : m_file(store) {}
+
+    BoolSetting UseLastFM{m_file, "UseLastFM", "false"};
+    BoolSetting ScrobbleLastFM{m_file, "ScrobbleLastFM", "false"};
+    // Seconds.
+    IntSetting ScrobblingStartDelay{m_file, "ScrobblingStartDelay", "20"};
+    TextSetting LastFMSessionKey2{m_file, "LastFMSessionKey2"};
+    IntSetting LyricsProvider{m_file, "LyricsProvider", "4"};
+    TextSetting LyricsPlugin{m_file, "LyricsPlugin"};
+    IntSetting LyricsAlignment{m_file, "LyricsAlignment", "4"};
+    BoolSetting AutoStartLyricsServer{m_file, "AutoStartLyricsServer", "false"};
+    BoolSetting UseLyricsServer{m_file, "UseLyricsServer"};
+    IntSetting CoverArtProvider{m_file, "CoverArtProvider", "1"};
+    BoolSetting DownloadCoverArtOnly{m_file, "DownloadCoverArtOnly"};
+    BoolSetting UseWinampPlugins{m_file, "UseWinampPlugins", "false"};
+    BoolSetting WinampPluginEnabled{m_file, "WinampPluginEnabled", "false"};
+    TextSetting WinampDSP{m_file, "WinampDSP"};
+    TextSetting WinampFolder{m_file, "WinampFolder"};
+    TextSetting WinampPlugin{m_file, "WinampPlugin"};
+    TextSetting WinampPluginPath{m_file, "WinampPluginPath"};
+};
+
+/// Keys of newer features.
+class OwnSettings {
+    SettingsStore& m_file;
+
+  public:
+    explicit OwnSettings(SettingsStore& store) : m_file(store) {}
+
+    // Cuts an MP3 stream without the pre-roll of a clean decoder start.
+    BoolSetting RecMp3ByteExact{m_file, "RecMp3ByteExact", "false"};
+    TextSetting AudioProvider{m_file, "AudioProvider", "ffmpeg"};
+    // Milliseconds of stream time; negative: before the title.
+    IntSetting RecSplitDelayMs{m_file, "RecSplitDelayMs", "0"};
+    TextSetting LastStationUrl{m_file, "LastStationUrl"};
+    TextSetting LastStationName{m_file, "LastStationName"};
+    // "system", "light" or "dark"
+    TextSetting Theme{m_file, "Theme", "system"};
+};

@@ -1,0 +1,5 @@
+#include "platform/registry_guard.h"
+
+int installRegistryGuard() {
+    return 0; // no registry
+}
