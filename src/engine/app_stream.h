@@ -4,19 +4,23 @@
 #include "engine/stream.h"
 #include "recording/stream_recorder.h"
 
+#include <QTimer>
+
+#include <vector>
+
 /// The application's engine: one station at a time, its recording, and what the window shows of
 /// both.
 ///
-/// *Thread*: GUI. Library and worker threads reach it by posted events only.
-/// *Owner*: main(); the library given to it must outlive it.
-/// *Life*: initialise(), then play() and stop() in any order. Destroying it while it records
-/// finishes the open file.
+/// *Thread*: GUI. Library and worker threads reach it by posted events only; what they hand over
+/// (bytes and titles) goes straight to the recorder. *Owner*: main(); the library given to it must
+/// outlive it. *Life*: InitLibrary(), then play() and stop() in any order. Destroying it while it
+/// records finishes the open file.
 class AppStream : public BASS::Stream {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AppStream)
 
   public:
-    AppStream(std::shared_ptr<BASS::AudioLibrary> library, QObject* parent = nullptr);
+    explicit AppStream(std::shared_ptr<BASS::AudioLibrary> library, QObject* parent = nullptr);
     ~AppStream() override;
 
     /// Connects to a station, ending what plays; sig_stateChanged tells how it goes. Returns at
@@ -27,13 +31,14 @@ class AppStream : public BASS::Stream {
 
     [[nodiscard]] PlayState playState() const { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const { return m_station; }
+    /// The song that is heard now.
     [[nodiscard]] BASS::Song song() const;
-    [[nodiscard]] StreamInfo streamInfo() const;
+    [[nodiscard]] StreamInfo streamInfo();
 
-    /// Starts when the station plays or as soon as its first byte arrives, also over reconnects.
+    /// Starts when the station plays or as soon as its first byte arrives; goes on over reconnects.
     void startRecording(const BASS::RecordingOptions& options);
     void stopRecording();
-    [[nodiscard]] bool isRecording() const;
+    [[nodiscard]] bool isRecording() const { return m_recorder.isRunning(); }
     [[nodiscard]] BASS::StreamRecorder& recorder() { return m_recorder; }
 
   signals:
@@ -49,8 +54,45 @@ class AppStream : public BASS::Stream {
     void sig_connectFailed(const QString& message);
     void sig_recordingChanged(bool isRecording);
 
+  protected:
+    void onNotification(int code, const QVariant& payload) override;
+    void onConnected(const BASS::Channel& channel) override;
+    void onConnectFailed(const BASS::ConnectSequence& connect) override;
+    void onStatusLine(const QString& text, bool isImportant) override;
+
+    // --- network thread
+    // ---------------------------------------------------------------------------
+    void OnSplitFile(const BASS::Song& song) override;
+    void connectionBegan(const char* headers) override;
+    void audioBytes(const char* data, qint64 bytes) override;
+    void connectionEnded() override;
+
   private:
+    void setState(PlayState state);
+    void disconnectChannels(std::chrono::milliseconds fade);
+    void fadeOut(BASS::Channel channel, std::chrono::milliseconds fade);
+    void startPlaying(const BASS::Channel& channel, int fadeInMs);
+    void connectionLost(unsigned channel);
+    void channelEnded(unsigned channel);
+    void stalled(unsigned channel, bool isResumed);
+    void scheduleReconnect();
+    void reconnect();
+    void giveUp(const QString& reason);
+    void publishSong();
+    [[nodiscard]] bool isLive(const BASS::Channel& channel);
+    [[nodiscard]] std::chrono::milliseconds outage() const;
+
     PlayState m_state = PlayState::Stopped;
     BASS::StationRecord m_station;
+    BASS::Channel m_current; ///< heard
+    BASS::Channel m_next; ///< the connection that came back, until the old one has been played out
+    BASS::StreamKind m_kind = BASS::StreamKind::None;
+    std::chrono::milliseconds m_lostAt{0}; ///< steady; 0: the connection stands
+    std::chrono::milliseconds m_connectedAt{0};
+    int m_reconnectAttempt = 0;
+    QTimer m_reconnectTimer;
+    QTimer m_infoTimer;
+    BASS::Song m_publishedSong;
+    std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
 };

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "audio/audio_library.h"
+#include "engine/connect_plan.h"
+#include "engine/stream_sink.h"
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace BASS {
+
+/// What a connect needs to know; copied before it starts.
+struct ConnectRequest {
+    QString address;
+    QString declaredFormat;
+    int attempts = 2;
+    bool isFloat = true;
+    StreamKind knownKind = StreamKind::None; ///< a reconnect: this create function and no other
+};
+
+/// Its way to the outside. Called on the worker's thread.
+struct ConnectReport {
+    std::function<void(const QString& text, bool isImportant)> status;
+    std::function<void(const QString& text, bool isError)> log;
+    std::function<void(StreamKind)> createBegins;
+};
+
+/// One connect from address to channel: attempts, create functions, fallbacks, time limit.
+///
+/// *Thread*: run() on the connect worker; cancel() from any thread. *Owner*: the engine, which
+/// keeps it as long as its channel lives, for the library's callbacks point at it. *Life*: run()
+/// once.
+class ConnectSequence final {
+  public:
+    ConnectSequence(AudioLibrary& library,
+                    ConnectRequest request,
+                    ConnectReport report,
+                    StreamSink& sink);
+
+    void run();
+    /// run() ends within 200 ms; its channel, if it made one, is freed.
+    void cancel();
+    [[nodiscard]] bool isCanceled() const { return m_isCanceled; }
+    /// From now on nothing reaches the sink.
+    void detachSink() { m_sink.detach(); }
+
+    // --- results, after run() -------------------------------------------------------------------
+    [[nodiscard]] HSTREAM handle() const { return m_handle; }
+    [[nodiscard]] StreamKind kind() const { return m_kind; }
+    [[nodiscard]] int errorCode() const { return m_errorCode; }
+    [[nodiscard]] QString httpMessage() const;
+    [[nodiscard]] const ConnectRequest& request() const { return m_request; }
+    [[nodiscard]] bool isLocalFile() const { return isLocalAddress(m_request.address); }
+
+    /// To be set once as the library's TITLEPROC; finds the sequence by its user pointer.
+    static void titleProc(const StreamTitle& title, void* user);
+
+  private:
+    static void downloadProc(const void* buffer, DWORD length, void* user);
+    void takeHeaders(const char* headers);
+    bool tryNetwork(int attempt);
+    void openLocalFile();
+    bool createFromAddress(const QString& address);
+    bool create(StreamKind kind, const QString& address);
+    HSTREAM callCreate(StreamKind kind, const void* url);
+    HSTREAM callCreateFile(StreamKind kind, const void* path);
+    [[nodiscard]] bool mayFallBack() const;
+    void pauseBeforeNextTry();
+    void finish();
+
+    AudioLibrary& m_library;
+    const ConnectRequest m_request;
+    const ConnectReport m_report;
+    HeldSink m_sink;
+    std::atomic<bool> m_isCanceled{false};
+    HSTREAM m_handle = 0;
+    StreamKind m_kind = StreamKind::None;
+    int m_errorCode = 0;
+    int m_elapsedTotalTimerSeconds = 0;
+    mutable std::mutex m_httpMutex; ///< guards m_httpMess, written by the network thread
+    QString m_httpMess;
+};
+
+} // namespace BASS

@@ -1,0 +1,79 @@
+#include "e2e/program_run.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <algorithm>
+
+ProgramRun::ProgramRun() : m_environment(QProcessEnvironment::systemEnvironment()) {
+    m_environment.insert(QStringLiteral("WAVELARK_DATA"), m_folder.path());
+    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    m_environment.insert(QStringLiteral("SDL_AUDIODRIVER"), QStringLiteral("dummy"));
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+}
+
+ProgramRun::~ProgramRun() {
+    kill();
+}
+
+void ProgramRun::setSetting(const QString& key, const QString& value) {
+    QDir(m_folder.path()).mkpath(QStringLiteral("Brindlecove"));
+    QSettings file(m_folder.filePath(QStringLiteral("Brindlecove/Wavelark.ini")),
+                   QSettings::IniFormat);
+    file.setValue(key, value);
+}
+
+void ProgramRun::setEnvironment(const QString& name, const QString& value) {
+    m_environment.insert(name, value);
+}
+
+void ProgramRun::start(const QStringList& arguments) {
+    m_process.setProcessEnvironment(m_environment);
+    m_process.start(QStringLiteral(WAVELARK_PROGRAM), arguments);
+    m_process.waitForStarted();
+}
+
+bool ProgramRun::waitForEnd(std::chrono::seconds limit) {
+    const bool isOver = m_process.state() == QProcess::NotRunning ||
+                        m_process.waitForFinished(static_cast<int>(limit.count()) * 1000);
+    m_output += QString::fromUtf8(m_process.readAll());
+    return isOver;
+}
+
+bool ProgramRun::waitForOutput(const QString& text, std::chrono::seconds limit) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!output().contains(text)) {
+        if (timer.elapsed() > limit.count() * 1000 || m_process.state() == QProcess::NotRunning)
+            return false;
+        m_process.waitForReadyRead(100);
+    }
+    return true;
+}
+
+void ProgramRun::kill() {
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+QString ProgramRun::output() {
+    m_output += QString::fromUtf8(m_process.readAll());
+    return m_output;
+}
+
+QStringList ProgramRun::recordings() const {
+    QStringList paths;
+    QDirIterator it(recordingFolder(), QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        paths.append(it.next());
+    std::sort(paths.begin(), paths.end(), [](const QString& a, const QString& b) {
+        return QFileInfo(a).birthTime() < QFileInfo(b).birthTime();
+    });
+    return paths;
+}

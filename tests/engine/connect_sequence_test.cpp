@@ -1,0 +1,133 @@
+#include "engine/connect_sequence.h"
+#include "support/fake_library.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+using namespace BASS;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Remembers what reached it as one text.
+class TextSink final : public StreamSink {
+  public:
+    QByteArray seen;
+    void connectionBegan(const char*) override { seen += '['; }
+    void audioBytes(const char* data, qint64 bytes) override {
+        seen.append(data, static_cast<int>(bytes));
+    }
+    void titleArrived(const StreamTitle& title) override {
+        seen += '<' + QByteArray(title.data, static_cast<int>(title.length)) + '>';
+    }
+    void connectionEnded() override { seen += ']'; }
+};
+
+class ConnectSequenceTest : public ::testing::Test {
+  protected:
+    std::unique_ptr<ConnectSequence> sequence(const QString& address, int attempts = 2) {
+        ConnectReport report;
+        report.status = [this](const QString& text, bool) { status.append(text); };
+        report.log = [](const QString&, bool) {};
+        report.createBegins = [](StreamKind) {};
+        return std::make_unique<ConnectSequence>(
+            library, ConnectRequest{address, {}, attempts, true, StreamKind::None}, report, sink);
+    }
+
+    static void deliver(const FakeLibrary::Create& call, const char* bytes) {
+        call.proc("HTTP/1.0 200 OK\0", 0, call.user);
+        call.proc(bytes, static_cast<DWORD>(std::strlen(bytes)), call.user);
+    }
+
+    [[nodiscard]] std::vector<std::string> functions() const {
+        std::vector<std::string> names;
+        for (const auto& call : library.creates)
+            names.push_back(call.function);
+        return names;
+    }
+
+    FakeLibrary library;
+    TextSink sink;
+    QStringList status;
+};
+
+} // namespace
+
+TEST_F(ConnectSequenceTest, TriesOnceOnlyAfterATimeOut) {
+    library.error = BASS_ERROR_TIMEOUT;
+    const auto connect = sequence(QStringLiteral("http://h/live"), 3);
+    connect->run();
+    EXPECT_EQ(functions(), std::vector<std::string>{"generic"});
+    EXPECT_EQ(connect->errorCode(), BASS_ERROR_TIMEOUT);
+}
+
+TEST_F(ConnectSequenceTest, FallsBackByFormatAndRewritesTheAddress) {
+    library.error = BASS_ERROR_FILEFORM;
+    library.onCreate = [](const FakeLibrary::Create& call) -> HSTREAM {
+        return call.function == "flac" ? 5 : 0;
+    };
+    const auto connect = sequence(QStringLiteral("icyx://h/live"), 3);
+    connect->run();
+    EXPECT_EQ(functions(), (std::vector<std::string>{"generic", "mp4", "flac"}));
+    EXPECT_EQ(library.creates[0].url, QStringLiteral("http://h/live"));
+    EXPECT_EQ(connect->kind(), StreamKind::Flac);
+    EXPECT_EQ(status.first(), QStringLiteral("Connecting first try..."));
+    EXPECT_EQ(status.last(), QStringLiteral("Connection succeeded"));
+}
+
+TEST_F(ConnectSequenceTest, LocalFilesGoThroughTheFileChain) {
+    library.onCreate = [](const FakeLibrary::Create& call) -> HSTREAM {
+        return call.function == "opus file" ? 5 : 0;
+    };
+    const auto connect = sequence(QStringLiteral("file:///a/b.opus"));
+    connect->run();
+    EXPECT_EQ(functions(), (std::vector<std::string>{"file", "aac file", "wma file", "opus file"}));
+    EXPECT_EQ(library.creates[0].url, QStringLiteral("/a/b.opus"));
+}
+
+TEST_F(ConnectSequenceTest, FailedTriesReachNobodyAndGoodOnesLoseNothing) {
+    library.error = BASS_ERROR_FILEFORM;
+    library.onCreate = [](const FakeLibrary::Create& call) -> HSTREAM {
+        deliver(call, call.function == "generic" ? "html" : "audio");
+        if (call.function == "generic")
+            return 0;
+        ConnectSequence::titleProc({5, BASS_TAG_META, "t", 1}, call.user);
+        call.proc("more", 4, call.user);
+        return 9;
+    };
+    const auto connect = sequence(QStringLiteral("http://h/live"));
+    connect->run();
+    EXPECT_EQ(sink.seen, "[audio<t>more");
+    library.creates.back().proc("rest", 4, library.creates.back().user);
+    library.creates.back().proc(nullptr, 0, library.creates.back().user);
+    EXPECT_EQ(sink.seen, "[audio<t>morerest]");
+    connect->detachSink();
+    library.creates.back().proc("late", 4, library.creates.back().user);
+    EXPECT_EQ(sink.seen, "[audio<t>morerest]");
+}
+
+TEST_F(ConnectSequenceTest, CancelEndsThePauseAndFreesTheChannel) {
+    library.error = BASS_ERROR_FILEOPEN;
+    const auto failing = sequence(QStringLiteral("http://h/live"), 1000);
+    std::thread worker([&] { failing->run(); });
+    failing->cancel();
+    worker.join();
+    EXPECT_TRUE(library.isCanceled);
+    EXPECT_EQ(status.last(), QStringLiteral("Connection canceled"));
+
+    ConnectSequence* running = nullptr;
+    library.onCreate = [&running](const FakeLibrary::Create&) -> HSTREAM {
+        running->cancel();
+        return 11;
+    };
+    const auto late = sequence(QStringLiteral("http://h/live"));
+    running = late.get();
+    late->run();
+    EXPECT_EQ(late->handle(), 0U);
+    EXPECT_EQ(library.freed, std::vector<DWORD>{11});
+}

@@ -1,0 +1,129 @@
+#include "support/media_tools.h"
+
+#include "audio/frame_header.h"
+
+#include <QProcess>
+
+#include <cmath>
+
+namespace {
+
+struct Output {
+    QByteArray out;
+    QByteArray err;
+    bool isOk;
+};
+
+Output runTool(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    constexpr int kLimitMs = 120000;
+    const bool isOk = process.waitForFinished(kLimitMs) &&
+                      process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    return {process.readAllStandardOutput(), process.readAllStandardError(), isOk};
+}
+
+const QString kFfmpeg = QStringLiteral("ffmpeg");
+
+} // namespace
+
+QByteArray media::encodeTone(const Tone& tone) {
+    QStringList arguments{QStringLiteral("-v"),
+                          QStringLiteral("error"),
+                          QStringLiteral("-f"),
+                          QStringLiteral("lavfi"),
+                          QStringLiteral("-i"),
+                          QStringLiteral("sine=frequency=%1:duration=%2:sample_rate=%3,volume=4")
+                              .arg(tone.frequency)
+                              .arg(tone.seconds)
+                              .arg(tone.sampleRate),
+                          QStringLiteral("-ac"),
+                          QStringLiteral("2")};
+    arguments += tone.codec;
+    if (!tone.title.isEmpty())
+        arguments += {QStringLiteral("-metadata"), QStringLiteral("title=") + tone.title};
+    if (tone.container == QLatin1String("mp3"))
+        arguments += {QStringLiteral("-write_xing"),
+                      QStringLiteral("0"),
+                      QStringLiteral("-id3v2_version"),
+                      QStringLiteral("0")};
+    arguments += {QStringLiteral("-f"), tone.container, QStringLiteral("-")};
+    const Output result = runTool(kFfmpeg, arguments);
+    return result.isOk ? result.out : QByteArray();
+}
+
+QString media::decodeErrors(const QString& path) {
+    const Output result = runTool(kFfmpeg,
+                                  {QStringLiteral("-v"),
+                                   QStringLiteral("error"),
+                                   QStringLiteral("-i"),
+                                   path,
+                                   QStringLiteral("-f"),
+                                   QStringLiteral("null"),
+                                   QStringLiteral("-")});
+    const QString text = QString::fromUtf8(result.err).trimmed();
+    return text.isEmpty() && !result.isOk ? QStringLiteral("ffmpeg failed") : text;
+}
+
+double media::decodedSeconds(const QString& path) {
+    constexpr int kRate = 8000;
+    constexpr int kBytes = 2;
+    const Output result = runTool(kFfmpeg,
+                                  {QStringLiteral("-v"),
+                                   QStringLiteral("error"),
+                                   QStringLiteral("-i"),
+                                   path,
+                                   QStringLiteral("-ac"),
+                                   QStringLiteral("1"),
+                                   QStringLiteral("-ar"),
+                                   QString::number(kRate),
+                                   QStringLiteral("-f"),
+                                   QStringLiteral("s16le"),
+                                   QStringLiteral("-")});
+    return result.isOk ? static_cast<double>(result.out.size()) / (kRate * kBytes) : -1.0;
+}
+
+QString media::probe(const QString& path, const QString& entry) {
+    return QString::fromUtf8(runTool(QStringLiteral("ffprobe"),
+                                     {QStringLiteral("-v"),
+                                      QStringLiteral("error"),
+                                      QStringLiteral("-show_entries"),
+                                      entry,
+                                      QStringLiteral("-of"),
+                                      QStringLiteral("default=nw=1:nk=1"),
+                                      path})
+                                 .out)
+        .trimmed();
+}
+
+QByteArray media::mp3StreamBytes(const QByteArray& file, bool hasPreRoll) {
+    const auto* data = reinterpret_cast<const std::uint8_t*>(file.constData());
+    const auto size = static_cast<std::size_t>(file.size());
+    const auto info = BASS::parseMpegFrame(data, size);
+    if (!info)
+        return {};
+    const int tag = static_cast<int>(BASS::kMpegHeaderBytes + info->sideInfo);
+    const QByteArray mark = file.mid(tag, 4);
+    if (mark != "Info" && mark != "Xing")
+        return file;
+    std::size_t at = info->bytes;
+    if (!hasPreRoll)
+        return file.mid(static_cast<int>(at));
+    // the encoder delay stands behind flags, frames, bytes, table of contents, quality and version
+    // text
+    constexpr int kDelayOffset = 8 + 4 + 4 + 100 + 4 + 21;
+    const int delay = (static_cast<unsigned char>(file.at(tag + kDelayOffset)) << 4) |
+                      (static_cast<unsigned char>(file.at(tag + kDelayOffset + 1)) >> 4);
+    constexpr int kDecoderDelay = 529;
+    const int frames =
+        delay == 0 ? 0
+                   : static_cast<int>(
+                         std::lround((delay + kDecoderDelay) / static_cast<double>(info->samples)));
+    for (int n = 0; n < frames; ++n) {
+        const auto frame = BASS::parseMpegFrame(data + at, size - at);
+        if (!frame)
+            return {};
+        at += frame->bytes;
+    }
+    return file.mid(static_cast<int>(at));
+}
