@@ -1,0 +1,333 @@
+#include "ui/all_skylark_radio.h"
+
+#include "base/clock.h"
+#include "stations/played_stations.h"
+#include "ui/announcer.h"
+#include "ui/commands.h"
+#include "ui/controllers/play_controller.h"
+#include "ui/controllers/record_controller.h"
+#include "ui/controllers/volume_controller.h"
+#include "ui/main_menu.h"
+#include "ui/pages/history_page.h"
+#include "ui/pages/log_page.h"
+#include "ui/pages/recordings_page.h"
+#include "ui/player.h"
+#include "ui/state_text.h"
+#include "ui/theme/icons.h"
+#include "ui/theme/wavelark_style.h"
+#include "ui/ui_settings.h"
+#include "ui/widgets/address_bar.h"
+#include "ui/widgets/message_bar.h"
+#include "ui/widgets/navigation_list.h"
+#include "ui/widgets/player_bar.h"
+#include "ui/widgets/shortcuts_dialog.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kCompactWidth = 640;
+/// A recorder whose disk hangs must not keep the program alive for ever.
+constexpr std::chrono::seconds kLongestFinish{15};
+const auto kWindowName = QStringLiteral("Main");
+
+} // namespace
+
+AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent)
+    : QMainWindow(parent), m_services(services),
+      m_play(new PlayController(services.player, services.played, services.clock, this)),
+      m_record(new RecordController(services.player, services.settings, this)),
+      m_volume(new VolumeController(services.player, services.settings, this)),
+      m_opener(new FolderOpener(services.openUrl, this)), m_log(this) {
+    setObjectName(QStringLiteral("TR_MainWindow"));
+    setWindowTitle(QStringLiteral("Wavelark"));
+    setWindowIcon(applicationIcon());
+    setMinimumWidth(320);
+    makeRegistry();
+    m_commands = new Commands({services.player, *m_play, *m_record, *m_volume}, m_registry, this);
+    layOut();
+    wirePlayer();
+    wireCommands();
+    restore();
+    QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
+}
+
+AllSkylarkRadio::~AllSkylarkRadio() = default;
+
+void AllSkylarkRadio::makeRegistry() {
+    m_registry.push_back({QStringLiteral("history"),
+                          tr("Stations &played").remove(QLatin1Char('&')),
+                          QStringLiteral("history"),
+                          [this](QWidget* parent) -> Page* {
+                              return new HistoryPage(m_services.played, *m_play, parent);
+                          }});
+    m_registry.push_back(
+        {QStringLiteral("recordings"),
+         tr("Recordings"),
+         QStringLiteral("recordings"),
+         [this](QWidget* parent) -> Page* {
+             auto* page = new RecordingsPage(m_services.settings, *m_opener, parent);
+             connect(&m_services.player, &Player::sig_fileFinished, page, &RecordingsPage::refresh);
+             return page;
+         }});
+    m_registry.push_back(
+        {QStringLiteral("log"), tr("Log"), QStringLiteral("log"), [this](QWidget* parent) -> Page* {
+             return new LogPage(m_log, parent);
+         }});
+}
+
+void AllSkylarkRadio::layOut() {
+    auto* content = new QWidget(this);
+    m_address = new AddressBar(content);
+    m_navigation = new NavigationList(m_registry, content);
+    m_stack = new QStackedWidget(content);
+    for (const PageEntry& entry : m_registry) {
+        Page* page = entry.create(m_stack);
+        page->setObjectName(QStringLiteral("page_") + entry.id);
+        connect(page, &Page::sig_message, this, &AllSkylarkRadio::showMessage);
+        m_stack->addWidget(page);
+    }
+    m_messages = new MessageBar(content);
+    m_bar = new PlayerBar(*m_commands, content);
+
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(0);
+    middle->addWidget(m_navigation);
+    middle->addWidget(m_stack, 1);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_address);
+    layout->addLayout(middle, 1);
+    layout->addWidget(m_messages);
+    layout->addWidget(m_bar);
+    setCentralWidget(content);
+    fillMenuBar(*menuBar(), *m_commands);
+}
+
+void AllSkylarkRadio::wirePlayer() {
+    Player& player = m_services.player;
+    connect(&player, &Player::sig_stateChanged, this, &AllSkylarkRadio::showHeard);
+    connect(&player, &Player::sig_stationChanged, this, &AllSkylarkRadio::showHeard);
+    connect(&player, &Player::sig_streamInfoChanged, this, &AllSkylarkRadio::showHeard);
+    connect(&player, &Player::sig_songChanged, this, &AllSkylarkRadio::songChanged);
+    connect(&player, &Player::sig_statusLine, m_bar, &PlayerBar::showStatusLine);
+    connect(&player, &Player::sig_logLine, this, [this](const QString& text, bool isError) {
+        m_log.append(m_services.clock.now().time(), text, isError);
+    });
+    connect(m_record, &RecordController::sig_changed, this, &AllSkylarkRadio::showRecording);
+    connect(m_volume, &VolumeController::sig_changed, this, [this] {
+        m_bar->showVolume(m_volume->volume(), m_volume->isMuted());
+    });
+    connect(m_bar, &PlayerBar::sig_volumeMoved, m_volume, &VolumeController::setVolume);
+    connect(m_address, &AddressBar::sig_playRequested, m_play, &PlayController::playAddress);
+
+    connect(m_play, &PlayController::sig_message, this, &AllSkylarkRadio::showMessage);
+    connect(m_record, &RecordController::sig_message, this, &AllSkylarkRadio::showMessage);
+    connect(m_opener, &FolderOpener::sig_message, this, &AllSkylarkRadio::showMessage);
+    connect(&m_services.played,
+            &BASS::PlayedStations::sig_saveFailed,
+            this,
+            [this](const QString& text) {
+                showMessage({Message::Kind::Error, text, {}, {}});
+            });
+
+    m_second.setInterval(1000);
+    connect(&m_second, &QTimer::timeout, this, [this] { m_bar->showElapsed(m_play->elapsed()); });
+}
+
+void AllSkylarkRadio::wireCommands() {
+    const Commands& commands = *m_commands;
+    connect(commands.openAddress, &QAction::triggered, m_address, &AddressBar::focusField);
+    connect(commands.openRecordingFolder, &QAction::triggered, this, [this] {
+        m_opener->openFolder(m_record->folderToShow());
+    });
+    connect(commands.quit, &QAction::triggered, this, &QWidget::close);
+    connect(commands.closeMessage, &QAction::triggered, m_messages, &MessageBar::clear);
+    connect(commands.filter, &QAction::triggered, this, [this] {
+        static_cast<Page*>(m_stack->currentWidget())->focusFilter();
+    });
+    connect(commands.shortcuts, &QAction::triggered, this, [this] {
+        auto* dialog = new ShortcutsDialog(m_commands->all(), this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->open();
+    });
+    connect(commands.about, &QAction::triggered, this, &AllSkylarkRadio::showAbout);
+    for (int index = 0; index < commands.pages.size(); ++index) {
+        connect(commands.pages.at(index), &QAction::triggered, this, [this, index] {
+            m_navigation->setCurrentPage(index);
+            static_cast<Page*>(m_stack->currentWidget())->focusContent();
+        });
+    }
+    connect(m_navigation, &NavigationList::sig_pageChosen, this, &AllSkylarkRadio::showPage);
+    for (QAction* theme : commands.themes) {
+        const auto choice = static_cast<ThemeChoice>(theme->data().toInt());
+        theme->setChecked(choice == m_services.settings.theme());
+        connect(theme, &QAction::triggered, this, [this, choice] {
+            m_services.settings.setTheme(choice);
+            WavelarkStyle::install(choice);
+        });
+    }
+}
+
+void AllSkylarkRadio::restore() {
+    const UiSettings& settings = m_services.settings;
+    if (!restoreGeometry(settings.windowGeometry(kWindowName))) {
+        resize(880, 560);
+    }
+    const int page = settings.lastPage();
+    m_navigation->setCurrentPage(page >= 0 && page < m_stack->count() ? page : 0);
+    m_bar->showVolume(m_volume->volume(), m_volume->isMuted());
+    showHeard();
+    showRecording();
+}
+
+void AllSkylarkRadio::slot_Init() {
+    const Status loaded = m_services.played.load();
+    if (!loaded) {
+        showMessage({Message::Kind::Error, loaded.error(), {}, {}});
+    }
+    if (m_services.settings.autoPlayOnStart()) {
+        slot_connectLastStation();
+    }
+    emit sig_initialised();
+}
+
+void AllSkylarkRadio::slot_connectLastStation() {
+    m_play->playLast();
+}
+
+void AllSkylarkRadio::slot_bringToFont() {
+    if (isMinimized()) {
+        showNormal();
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void AllSkylarkRadio::showMessage(const Message& message) {
+    m_log.append(m_services.clock.now().time(), message.text, message.kind == Message::Kind::Error);
+    m_messages->showMessage(message);
+}
+
+void AllSkylarkRadio::showPage(int index) {
+    m_stack->setCurrentIndex(index);
+    m_commands->pages.at(index)->setChecked(true);
+    m_services.settings.setLastPage(index);
+}
+
+void AllSkylarkRadio::showHeard() {
+    Player& player = m_services.player;
+    const PlayState state = player.playState();
+    const StreamInfo info = player.streamInfo();
+    BASS::StationRecord station = player.station();
+    if (station.name.isEmpty() && !info.stationName.isEmpty()) {
+        station.name = info.stationName;
+    }
+    m_bar->showHeard({station.displayName(), player.song().track, state, info});
+    const bool wasRunning = m_second.isActive();
+    if (isActive(state) && !wasRunning) {
+        m_second.start();
+        m_address->setAddress(station.playUrl());
+    } else if (!isActive(state)) {
+        m_second.stop();
+    }
+    m_bar->showElapsed(m_play->elapsed());
+    const QString song = player.song().track;
+    setWindowTitle(!isActive(state) ? QStringLiteral("Wavelark")
+                   : song.isEmpty() ? tr("%1 – Wavelark").arg(station.displayName())
+                                    : tr("%1 – Wavelark").arg(song));
+}
+
+void AllSkylarkRadio::songChanged(const BASS::Song& song) {
+    showHeard();
+    announce(m_bar, song.track, Urgency::Polite);
+}
+
+void AllSkylarkRadio::showRecording() {
+    const bool isRecording = m_record->isRecording();
+    m_bar->showRecording(isRecording, m_record->progress());
+    if (isRecording != m_wasRecording) {
+        m_wasRecording = isRecording;
+        announce(
+            m_bar, isRecording ? tr("Recording started") : tr("Recording stopped"), Urgency::Alert);
+    }
+}
+
+bool AllSkylarkRadio::askWhileRecording() {
+    QMessageBox box(QMessageBox::Question,
+                    QStringLiteral("Wavelark"),
+                    tr("A recording is running. Stop it and quit?"),
+                    QMessageBox::NoButton,
+                    this);
+    QPushButton* quit = box.addButton(tr("Stop and &quit"), QMessageBox::AcceptRole);
+    box.addButton(tr("&Keep recording"), QMessageBox::RejectRole);
+    box.setInformativeText(tr("What has been recorded is kept."));
+    box.exec();
+    return box.clickedButton() == quit;
+}
+
+void AllSkylarkRadio::finishAndQuit() {
+    if (m_isQuitting) {
+        return;
+    }
+    m_isQuitting = true;
+    m_services.settings.setWindowGeometry(kWindowName, saveGeometry());
+    if (!m_record->isRecording()) {
+        emit sig_quitRequested();
+        return;
+    }
+    connect(&m_services.player,
+            &Player::sig_recordingFinished,
+            this,
+            &AllSkylarkRadio::sig_quitRequested);
+    QTimer::singleShot(kLongestFinish, this, &AllSkylarkRadio::sig_quitRequested);
+    m_record->stop();
+}
+
+void AllSkylarkRadio::closeEvent(QCloseEvent* event) {
+    const bool mustAsk =
+        !m_isQuitting && m_record->isRecording() && m_services.settings.askOnExitIfRecording();
+    if (mustAsk && !askWhileRecording()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    finishAndQuit();
+}
+
+void AllSkylarkRadio::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    m_navigation->setCompact(width() < kCompactWidth);
+}
+
+void AllSkylarkRadio::keyPressEvent(QKeyEvent* event) {
+    // Text fields and buttons take the key before it comes here.
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+        m_play->toggle();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
+void AllSkylarkRadio::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_bar != nullptr) {
+        update();
+    }
+}
+
+void AllSkylarkRadio::showAbout() {
+    QMessageBox::about(this,
+                       tr("About Wavelark"),
+                       tr("<b>Wavelark %1</b><p>Listen to internet radio and record it, one file "
+                          "per track.</p>")
+                           .arg(QCoreApplication::applicationVersion()));
+}

@@ -1,0 +1,134 @@
+#include "ui/commands.h"
+
+#include "ui/controllers/play_controller.h"
+#include "ui/controllers/record_controller.h"
+#include "ui/controllers/volume_controller.h"
+#include "ui/player.h"
+#include "ui/state_text.h"
+#include "ui/theme/icons.h"
+
+#include <QActionGroup>
+
+namespace {
+
+constexpr int kVolumeStep = 5;
+
+} // namespace
+
+Commands::Commands(const Controllers& controllers, const PageRegistry& registry, QObject* parent)
+    : QObject(parent), m_controllers(controllers) {
+    makePlay();
+    makeRecord();
+    makeSound();
+    makeView(registry);
+    shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
+    about = make(tr("&About Wavelark"), {}, {});
+    connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);
+    connect(&controllers.record, &RecordController::sig_changed, this, &Commands::update);
+    connect(&controllers.volume, &VolumeController::sig_changed, this, &Commands::update);
+    update();
+}
+
+QAction* Commands::make(const QString& text, const QString& iconName, const QKeySequence& keys) {
+    auto* action = new QAction(text, this);
+    if (!iconName.isEmpty()) {
+        action->setIcon(icon(iconName));
+    }
+    action->setShortcut(keys);
+    m_all.append(action);
+    return action;
+}
+
+void Commands::makePlay() {
+    openAddress =
+        make(tr("&Open address…"), QStringLiteral("link"), QKeySequence(Qt::CTRL + Qt::Key_L));
+    playStop = make(tr("&Play"), QStringLiteral("play"), QKeySequence(Qt::CTRL + Qt::Key_P));
+    playLast = make(tr("Play &last station"),
+                    QStringLiteral("history"),
+                    QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    quit = make(tr("&Quit"), {}, QKeySequence(Qt::CTRL + Qt::Key_Q));
+    connect(playStop, &QAction::triggered, &m_controllers.play, &PlayController::toggle);
+    connect(playLast, &QAction::triggered, &m_controllers.play, &PlayController::playLast);
+}
+
+void Commands::makeRecord() {
+    RecordController& record = m_controllers.record;
+    recordToggle =
+        make(tr("&Record"), QStringLiteral("record"), QKeySequence(Qt::CTRL + Qt::Key_R));
+    recordSplit = make(tr("Record with splitting"), {}, {});
+    recordNoSplit =
+        make(tr("Record without splitting"), {}, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_R));
+    recordSingleSong =
+        make(tr("Start recording single song"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_R));
+    recordStop = make(tr("&Stop recording"), QStringLiteral("stop"), {});
+    openRecordingFolder = make(tr("Open recording folder"),
+                               QStringLiteral("folder"),
+                               QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_O));
+    connect(recordToggle, &QAction::triggered, &record, &RecordController::toggle);
+    connect(recordStop, &QAction::triggered, &record, &RecordController::stop);
+    const auto starts = [this, &record](QAction* action, BASS::RecordMode mode) {
+        connect(action, &QAction::triggered, this, [&record, mode] { record.start(mode); });
+    };
+    starts(recordSplit, BASS::RecordMode::Split);
+    starts(recordNoSplit, BASS::RecordMode::NoSplit);
+    starts(recordSingleSong, BASS::RecordMode::SingleSong);
+}
+
+void Commands::makeSound() {
+    VolumeController& volume = m_controllers.volume;
+    mute = make(tr("&Mute"), QStringLiteral("volume"), QKeySequence(Qt::CTRL + Qt::Key_M));
+    mute->setCheckable(true);
+    volumeUp = make(tr("&Louder"), {}, QKeySequence(Qt::CTRL + Qt::Key_Up));
+    volumeDown = make(tr("&Quieter"), {}, QKeySequence(Qt::CTRL + Qt::Key_Down));
+    connect(mute, &QAction::triggered, &volume, &VolumeController::toggleMuted);
+    connect(volumeUp, &QAction::triggered, this, [&volume] { volume.changeVolume(kVolumeStep); });
+    connect(
+        volumeDown, &QAction::triggered, this, [&volume] { volume.changeVolume(-kVolumeStep); });
+}
+
+void Commands::makeView(const PageRegistry& registry) {
+    auto* pageGroup = new QActionGroup(this);
+    int number = 0;
+    for (const PageEntry& entry : registry) {
+        ++number;
+        const QKeySequence keys =
+            number < 10 ? QKeySequence(Qt::CTRL + Qt::Key_0 + number) : QKeySequence();
+        QAction* action = make(entry.title, entry.iconName, keys);
+        action->setCheckable(true);
+        pageGroup->addAction(action);
+        pages.append(action);
+    }
+    filter = make(tr("&Filter the list"), QStringLiteral("search"), QKeySequence::Find);
+    closeMessage = make(tr("&Close the message"), {}, QKeySequence(Qt::Key_Escape));
+    auto* themeGroup = new QActionGroup(this);
+    const QPair<QString, ThemeChoice> choices[] = {{tr("As the &system"), ThemeChoice::System},
+                                                   {tr("&Light"), ThemeChoice::Light},
+                                                   {tr("&Dark"), ThemeChoice::Dark}};
+    for (const auto& choice : choices) {
+        QAction* action = make(choice.first, {}, {});
+        action->setCheckable(true);
+        action->setData(static_cast<int>(choice.second));
+        themeGroup->addAction(action);
+        themes.append(action);
+    }
+}
+
+void Commands::update() {
+    const bool isActiveNow = isActive(m_controllers.player.playState());
+    playStop->setText(isActiveNow ? tr("&Stop") : tr("&Play"));
+    playStop->setIcon(icon(isActiveNow ? QStringLiteral("stop") : QStringLiteral("play")));
+    const bool isRecording = m_controllers.record.isRecording();
+    const bool canStart = m_controllers.record.canStart();
+    recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));
+    recordToggle->setIcon(
+        icon(isRecording ? QStringLiteral("stop") : QStringLiteral("record"), IconTone::Recording));
+    recordToggle->setEnabled(isRecording || canStart);
+    for (QAction* action : {recordSplit, recordNoSplit, recordSingleSong}) {
+        action->setEnabled(canStart);
+    }
+    recordStop->setEnabled(isRecording);
+    const bool isMuted = m_controllers.volume.isMuted();
+    mute->setChecked(isMuted);
+    mute->setText(isMuted ? tr("Un&mute") : tr("&Mute"));
+    mute->setIcon(icon(isMuted ? QStringLiteral("muted") : QStringLiteral("volume")));
+}

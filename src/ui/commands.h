@@ -1,0 +1,66 @@
+#pragma once
+
+#include "ui/pages/page_registry.h"
+#include "ui/theme/theme.h"
+
+#include <QAction>
+#include <QObject>
+#include <QVector>
+
+class Player;
+class PlayController;
+class RecordController;
+class VolumeController;
+
+/// Every command of the window as an action with text, keys and state. Menus, buttons and the list
+/// of shortcuts all take them from here.
+///
+/// *Thread*: GUI. *Owner*: the main window; the controllers outlive it.
+class Commands final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(Commands)
+
+  public:
+    struct Controllers {
+        Player& player;
+        PlayController& play;
+        RecordController& record;
+        VolumeController& volume;
+    };
+
+    Commands(const Controllers& controllers, const PageRegistry& pages, QObject* parent);
+
+    QAction* playStop;
+    QAction* playLast;
+    QAction* openAddress;
+    QAction* quit;
+    QAction* recordToggle; ///< "Record" or "Stop recording", as it stands
+    QAction* recordSplit;
+    QAction* recordNoSplit;
+    QAction* recordSingleSong;
+    QAction* recordStop;
+    QAction* openRecordingFolder;
+    QAction* mute;
+    QAction* volumeUp;
+    QAction* volumeDown;
+    QAction* filter;
+    QAction* closeMessage;
+    QAction* shortcuts;
+    QAction* about;
+    QVector<QAction*> pages;  ///< checkable, one per page
+    QVector<QAction*> themes; ///< checkable; data() is the ThemeChoice as int
+
+    /// All that have keys, in the order of the menus.
+    [[nodiscard]] QVector<QAction*> all() const { return m_all; }
+
+  private:
+    QAction* make(const QString& text, const QString& iconName, const QKeySequence& keys);
+    void makePlay();
+    void makeRecord();
+    void makeSound();
+    void makeView(const PageRegistry& registry);
+    void update();
+
+    Controllers m_controllers;
+    QVector<QAction*> m_all;
+};

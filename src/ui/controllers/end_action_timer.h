@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+
+class Clock;
+
+/// What happens when the duration of a started action is over; the numbers are fixed (those of the
+/// sleep timer).
+enum class EndAction {
+    StopPlaying = 0,
+    Shutdown = 1,
+    Sleep = 2,
+    Hibernate = 3,
+    ExitApplication = 4,
+};
+
+/// Waits for the end of a timed run, in steady time: setting the clock does not move the end.
+///
+/// *Thread*: GUI. *Owner*: the main window. *Life*: start() and cancel() in any order; sig_due
+/// comes at most once per start().
+class EndActionTimer final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(EndActionTimer)
+
+  public:
+    explicit EndActionTimer(const Clock& clock, QObject* parent = nullptr);
+
+    /// A duration of 0 or less starts nothing. A run that is under way is replaced.
+    void start(std::chrono::seconds duration, EndAction action);
+    void cancel();
+    [[nodiscard]] bool isRunning() const { return m_run.has_value(); }
+    /// 0 where nothing runs.
+    [[nodiscard]] std::chrono::milliseconds remaining() const;
+
+    /// Looks at the clock; called by a timer of its own every second.
+    void check();
+
+  signals:
+    void sig_due(EndAction action);
+
+  private:
+    struct Run {
+        std::chrono::milliseconds begin;
+        std::chrono::milliseconds duration;
+        EndAction action;
+    };
+
+    const Clock& m_clock;
+    QTimer m_timer;
+    std::optional<Run> m_run;
+};
+
+Q_DECLARE_METATYPE(EndAction)

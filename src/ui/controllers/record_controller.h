@@ -1,0 +1,50 @@
+#pragma once
+
+#include "recording/recording_types.h"
+#include "ui/message.h"
+
+#include <QObject>
+
+class Player;
+class UiSettings;
+
+/// Starts and ends recordings, and knows what is being recorded.
+///
+/// *Thread*: GUI. *Owner*: the main window. The objects given outlive it.
+class RecordController final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(RecordController)
+
+  public:
+    RecordController(Player& player, const UiSettings& settings, QObject* parent = nullptr);
+
+    /// True where there is a stream, or one that is being connected, and nothing is recorded.
+    [[nodiscard]] bool canStart() const;
+    /// Does nothing where nothing plays. A recording that runs goes on, in the mode it has.
+    void start(BASS::RecordMode mode);
+    void stop();
+    /// Stops a recording, else starts one that is split.
+    void toggle();
+    [[nodiscard]] bool isRecording() const;
+
+    /// Of the recording that runs; else of the last one.
+    [[nodiscard]] const BASS::RecordingProgress& progress() const { return m_progress; }
+    /// The folder of the file that is being written; else the recording folder.
+    [[nodiscard]] QString folderToShow() const;
+
+  signals:
+    /// Started, stopped, or the file or its numbers changed.
+    void sig_changed();
+    void sig_message(const Message& message);
+
+  private:
+    void recordingChanged(bool isRecording);
+    void fileOpened(const QString& path, const BASS::Song& song);
+    void progressed(const BASS::RecordingProgress& progress);
+    void failed(const BASS::RecordingError& error);
+
+    Player& m_player;
+    const UiSettings& m_settings;
+    BASS::RecordMode m_mode = BASS::RecordMode::Split; ///< asked for last
+    BASS::RecordingProgress m_progress;
+};

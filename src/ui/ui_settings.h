@@ -1,0 +1,41 @@
+#pragma once
+
+#include "recording/recording_types.h"
+#include "stations/station.h"
+#include "ui/theme/theme.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// The preferences that the window reads and writes.
+///
+/// *Thread*: GUI. *Owner*: main().
+class UiSettings {
+  public:
+    virtual ~UiSettings() = default;
+
+    /// 0 to 100.
+    [[nodiscard]] virtual int volume() const = 0;
+    virtual void setVolume(int percent) = 0;
+
+    [[nodiscard]] virtual ThemeChoice theme() const = 0;
+    virtual void setTheme(ThemeChoice choice) = 0;
+
+    /// As QWidget::saveGeometry gives it; empty: not known.
+    [[nodiscard]] virtual QByteArray windowGeometry(const QString& window) const = 0;
+    virtual void setWindowGeometry(const QString& window, const QByteArray& geometry) = 0;
+
+    /// Index of the page shown last; -1: not known.
+    [[nodiscard]] virtual int lastPage() const = 0;
+    virtual void setLastPage(int index) = 0;
+
+    [[nodiscard]] virtual bool askOnExitIfRecording() const = 0;
+    [[nodiscard]] virtual bool autoPlayOnStart() const = 0;
+    [[nodiscard]] virtual bool advancedScheduling() const = 0;
+
+    /// Absolute.
+    [[nodiscard]] virtual QString recordingFolder() const = 0;
+    /// Everything that a recording of this station needs; FromSettings is resolved.
+    [[nodiscard]] virtual BASS::RecordingOptions
+    recordingOptions(BASS::RecordMode mode, const BASS::StationRecord& station) const = 0;
+};
