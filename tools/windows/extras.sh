@@ -23,7 +23,7 @@ fetch() { # source package: unpacked to $work/src/<package>
         apt-get update -qq
     fi
     mkdir -p "$work/src"
-    (cd "$work/src" && apt-get source -qq --download-only "$1" > /dev/null &&
+    (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" > /dev/null &&
         dpkg-source --no-check -x "$1"_*.dsc "$1.new" > /dev/null && rm -f "$1"_* && mv "$1.new" "$1")
 }
 
@@ -34,7 +34,7 @@ build() { # name, command...: in a build folder of its own, its output shown whe
     rm -rf "${work:?}/$name"
     mkdir -p "$work/$name"
     echo "windows: building $name"
-    (cd "$work/$name" && nice "$@" > log 2>&1) || {
+    (cd "$work/$name" && renice -n 15 -p $BASHPID > /dev/null && "$@" > log 2>&1) || {
         tail -n 30 "$work/$name/log" >&2
         exit 1
     }
