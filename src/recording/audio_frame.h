@@ -13,7 +13,8 @@ enum class StreamFormat {
     Unknown, ///< written as it comes, never cut
     Mpeg,    ///< MPEG audio, all layers
     Adts,
-    Ogg, ///< Vorbis, Opus or FLAC in Ogg; the link says which
+    Ogg,      ///< Vorbis, Opus or FLAC in Ogg; the link says which
+    OggOther, ///< any other codec in Ogg, written as it comes
     Flac,
     Mp4,
     Asf,
@@ -27,9 +28,10 @@ struct AudioFrame {
     int sampleRate = 0;                  ///< Hz
     quint32 stream = 0;                  ///< frames of one file have the same number
     bool followsGap = false;             ///< the frame before it in the stream was not seen
-    bool isLinkEnd = false;              ///< Ogg: the last packet of its link
+    bool isLinkStart = false;            ///< Ogg: the first audio packet of its link
     qint64 endTrim = 0;                  ///< Ogg: samples at its end that are not to be heard
     std::shared_ptr<const OggLink> link; ///< Ogg only
+    QByteArray header;                   ///< native FLAC: the stream's header
 };
 
 } // namespace BASS

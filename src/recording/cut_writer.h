@@ -37,7 +37,6 @@ struct CutStart {
     StreamFormat format = StreamFormat::Unknown;
     bool isMp3ByteExact = false;
     FrameHistory before; ///< what lies directly before the first frame
-    QByteArray header;   ///< native FLAC: the stream's header
     quint32 serial = 0;  ///< Ogg: of the first logical stream; further ones count up
 };
 

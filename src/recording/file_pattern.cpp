@@ -84,7 +84,8 @@ bool isReserved(const QString& name) {
 QString trimmedEnds(QString text) {
     while (text.startsWith(QLatin1Char('.')) || (!text.isEmpty() && text.at(0).isSpace()))
         text.remove(0, 1);
-    while (text.endsWith(QLatin1Char('.')) || (!text.isEmpty() && text.at(text.size() - 1).isSpace()))
+    while (text.endsWith(QLatin1Char('.')) ||
+           (!text.isEmpty() && text.at(text.size() - 1).isSpace()))
         text.chop(1);
     return text;
 }

@@ -21,6 +21,17 @@ int commentOffset(OggCodec codec) {
 
 } // namespace
 
+OggCodec oggCodec(const QByteArray& firstPacket) {
+    if (firstPacket.startsWith("\x01vorbis"))
+        return OggCodec::Vorbis;
+    if (firstPacket.startsWith("OpusHead"))
+        return OggCodec::Opus;
+    if (firstPacket.startsWith("\x7F"
+                               "FLAC"))
+        return OggCodec::Flac;
+    return OggCodec::Unknown;
+}
+
 Song oggSong(const OggLink& link) {
     const int offset = commentOffset(link.codec);
     if (link.headers.size() < 2 || link.headers[1].size() <= offset)

@@ -16,8 +16,10 @@ struct OggLink {
     std::vector<QByteArray> headers; ///< the header packets, whole
     int sampleRate = 0;              ///< of granule positions, Hz
     int channels = 0;
-    bool isFromStart = false; ///< its first audio packet was seen
 };
+
+/// The codec that a logical stream's first packet names.
+OggCodec oggCodec(const QByteArray& firstPacket);
 
 /// The song that a link's comments name; empty where they name none.
 Song oggSong(const OggLink& link);

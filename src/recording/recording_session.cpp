@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <utility>
@@ -54,7 +55,6 @@ void RecordingSession::connectionBegan(qint64 position, const QByteArray& header
     m_isConnected = true;
     m_position = position;
     m_connectionStart = isStart ? position : -1;
-    m_header = header;
     m_undetected = header;
 }
 
@@ -137,7 +137,6 @@ void RecordingSession::resume(qint64 position, const QByteArray& header) {
     m_isPaused = false;
     m_position = position;
     m_undetected = header;
-    m_header = header;
     m_connectionStart = -1;
 }
 
@@ -263,8 +262,8 @@ QString RecordingSession::freePath(const QString& extension) const {
 void RecordingSession::openFile(const AudioFrame& first) {
     CutStart start;
     start.format = m_format;
+    start.serial = QRandomGenerator::global()->generate();
     start.isMp3ByteExact = m_options.isMp3CutByteExact;
-    start.header = m_header;
     const bool isSameStream = first.stream == m_fileStream && m_format == m_fileFormat;
     if (!first.followsGap && isSameStream)
         start.before = m_history.preRoll();

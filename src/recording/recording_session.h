@@ -89,7 +89,6 @@ class RecordingSession final {
     StreamFormat m_format = StreamFormat::Unknown;
     bool m_isConnected = false;
     bool m_isPaused = false;
-    QByteArray m_header;
 
     // the stream
     StreamHistory m_history;

@@ -1,7 +1,10 @@
 #include "recording/stream_format.h"
 
 #include "audio/frame_header.h"
+#include "recording/flac_splitter.h"
 #include "recording/frame_splitter.h"
+#include "recording/ogg_link.h"
+#include "recording/ogg_splitter.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,14 +14,28 @@ namespace {
 
 constexpr std::size_t kMagicBytes = 12;
 constexpr std::size_t kGiveUpBytes = 65536;
+constexpr std::size_t kMaxTagBytes = 4 * 1024 * 1024; ///< pictures in tags are large
 
 bool startsWith(const std::uint8_t* data, const char* magic) {
     return std::memcmp(data, magic, std::strlen(magic)) == 0;
 }
 
-std::optional<StreamFormat> byMagic(const std::uint8_t* data) {
-    if (startsWith(data, "OggS"))
+/// The first page of a stream carries the first packet alone (RFC 3533, section 6); a connection
+/// that begins between headers says nothing of the codec.
+StreamFormat oggFormat(const std::uint8_t* data, std::size_t size) {
+    constexpr std::size_t kSegmentsAt = 26;
+    constexpr std::uint8_t kIsFirst = 2;
+    const std::size_t body = kSegmentsAt + 1 + data[kSegmentsAt];
+    if (body >= size || (data[5] & kIsFirst) == 0)
         return StreamFormat::Ogg;
+    const QByteArray packet(reinterpret_cast<const char*>(data) + body,
+                            static_cast<int>(size - body));
+    return oggCodec(packet) == OggCodec::Unknown ? StreamFormat::OggOther : StreamFormat::Ogg;
+}
+
+std::optional<StreamFormat> byMagic(const std::uint8_t* data, std::size_t size) {
+    if (startsWith(data, "OggS"))
+        return oggFormat(data, size);
     if (startsWith(data, "fLaC"))
         return StreamFormat::Flac;
     if (startsWith(data + 4, "ftyp"))
@@ -105,14 +122,17 @@ class RawSplitter final : public StreamParser {
 } // namespace
 
 std::optional<StreamFormat> detectFormat(const std::uint8_t* data, std::size_t size, bool isEnd) {
+    constexpr std::size_t kOggNeeds = 27 + 255 + 8; // a page's header and a codec's name
+    if (size >= kMagicBytes && startsWith(data, "OggS") && size < kOggNeeds && !isEnd)
+        return std::nullopt;
     if (size >= kMagicBytes) {
-        if (const auto format = byMagic(data))
+        if (const auto format = byMagic(data, size))
             return format;
         const std::size_t tag = id3Bytes(data);
         if (tag > 0 && tag + kMagicBytes <= size)
             return detectFormat(data + tag, size - tag, isEnd);
-        if (tag > 0 && !isEnd)
-            return std::nullopt; // pictures in tags are large; the tag's length bounds the wait
+        if (tag > size && tag < kMaxTagBytes && !isEnd)
+            return std::nullopt;
     }
     if (const auto format = byFrames(data, size, isEnd))
         return format;
@@ -122,18 +142,24 @@ std::optional<StreamFormat> detectFormat(const std::uint8_t* data, std::size_t s
 std::unique_ptr<StreamParser> makeStreamParser(StreamFormat format, qint64 position) {
     if (format == StreamFormat::Mpeg)
         return std::make_unique<FrameSplitter>(mpegHead, kMpegHeaderBytes, position);
+    if (format == StreamFormat::Ogg)
+        return std::make_unique<OggSplitter>(position);
+    if (format == StreamFormat::Flac)
+        return std::make_unique<FlacSplitter>(position);
     if (format == StreamFormat::Adts)
         return std::make_unique<FrameSplitter>(adtsHead, kAdtsHeaderBytes, position);
     return std::make_unique<RawSplitter>(format, position);
 }
 
-QString streamExtension(StreamFormat format, const AudioFrame&) {
+QString streamExtension(StreamFormat format, const AudioFrame& frame) {
+    const bool isFlacInOgg = frame.link && frame.link->codec == OggCodec::Flac;
     switch (format) {
     case StreamFormat::Adts:
     case StreamFormat::Mp4:
         return QStringLiteral("aac");
     case StreamFormat::Ogg:
-        return QStringLiteral("ogg");
+    case StreamFormat::OggOther:
+        return isFlacInOgg ? QStringLiteral("oga") : QStringLiteral("ogg");
     case StreamFormat::Flac:
         return QStringLiteral("flac");
     case StreamFormat::Asf:
