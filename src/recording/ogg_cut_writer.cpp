@@ -1,0 +1,198 @@
+#include "recording/ogg_cut_writer.h"
+
+#include "base/check.h"
+#include "recording/flac_frame.h"
+#include "recording/ogg_link.h"
+
+#include <ogg/ogg.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace BASS {
+namespace {
+
+constexpr qint64 kOpusPreRoll = 3840; ///< 80 ms at 48 kHz (RFC 7845, section 4.6)
+constexpr int kPreSkipAt = 10;        ///< in "OpusHead", two bytes, low one first
+constexpr int kPagesPerSecond = 2;
+
+QByteArray withPreSkip(QByteArray head, qint64 samples) {
+    head[kPreSkipAt] = static_cast<char>(samples & 0xFF);
+    head[kPreSkipAt + 1] = static_cast<char>((samples >> 8) & 0xFF);
+    return head;
+}
+
+qint64 preSkip(const QByteArray& head) {
+    if (head.size() < kPreSkipAt + 2)
+        return 0;
+    return static_cast<std::uint8_t>(head[kPreSkipAt]) |
+           (static_cast<std::uint8_t>(head[kPreSkipAt + 1]) << 8);
+}
+
+/// The packets before the cut that a decoder needs to be right from the first one on.
+FrameHistory oggPreRoll(const FrameHistory& before, const OggLink& link) {
+    FrameHistory result;
+    qint64 samples = 0;
+    for (auto frame = before.rbegin(); frame != before.rend(); ++frame) {
+        const bool isEnough = link.codec == OggCodec::Vorbis ? !result.empty()
+                              : link.codec == OggCodec::Opus ? samples >= kOpusPreRoll
+                                                             : true;
+        if (isEnough || frame->link.get() != &link)
+            break;
+        samples += frame->samples;
+        result.push_front(*frame);
+    }
+    return result;
+}
+
+} // namespace
+
+struct OggCutWriter::Private {
+    Private(ByteSink& target, const FrameHistory& frames, quint32 firstSerial)
+        : sink(target), before(frames), serial(firstSerial) {}
+
+    void begin(const AudioFrame& first);
+    void end();
+    void writeHeaders(qint64 skip);
+    void take(const AudioFrame& frame, qint64 samples);
+    void packetIn(const QByteArray& bytes, qint64 granulePosition, bool isLast);
+    void pagesOut(bool isAll);
+
+    ByteSink& sink;
+    FrameHistory before;
+    quint32 serial;
+    std::shared_ptr<const OggLink> link;
+    ogg_stream_state stream{};
+    ogg_int64_t packetNumber = 0;
+    qint64 granule = 0; ///< behind the held packet
+    qint64 paged = 0;   ///< granule at the last page
+    qint64 skipped = 0; ///< samples of this link that are not heard
+    double seconds = 0; ///< of the links before
+    bool isFirstPacket = true;
+    std::optional<AudioFrame> held; ///< the end mark goes on the last packet
+};
+
+OggCutWriter::OggCutWriter(ByteSink& sink, const FrameHistory& before, quint32 serial)
+    : m_private(std::make_unique<Private>(sink, before, serial)) {}
+
+OggCutWriter::~OggCutWriter() {
+    ogg_stream_clear(&m_private->stream);
+}
+
+void OggCutWriter::write(const AudioFrame& frame) {
+    if (frame.link != m_private->link) {
+        m_private->end();
+        m_private->begin(frame);
+    }
+    m_private->take(frame, frame.samples);
+}
+
+void OggCutWriter::takeBack(const FrameHistory&) {
+    WL_CHECK(false);
+}
+
+void OggCutWriter::Private::begin(const AudioFrame& first) {
+    link = first.link;
+    ogg_stream_clear(&stream);
+    ogg_stream_init(&stream, static_cast<int>(serial++));
+    packetNumber = 0;
+    granule = paged = skipped = 0;
+    isFirstPacket = true;
+
+    const FrameHistory lead = first.followsGap ? FrameHistory() : oggPreRoll(before, *link);
+    before.clear();
+    if (link->codec == OggCodec::Opus) {
+        qint64 samples = 0;
+        for (const AudioFrame& frame : lead)
+            samples += frame.samples;
+        skipped = first.isLinkStart ? preSkip(link->headers.front())
+                  : lead.empty()    ? kOpusPreRoll
+                                    : samples;
+    }
+    writeHeaders(skipped);
+    for (const AudioFrame& frame : lead)
+        take(frame, frame.samples);
+}
+
+void OggCutWriter::Private::writeHeaders(qint64 skip) {
+    for (std::size_t n = 0; n < link->headers.size(); ++n) {
+        QByteArray header = link->headers[n];
+        if (n == 0 && link->codec == OggCodec::Opus)
+            header = withPreSkip(header, skip);
+        if (n == 0 && link->codec == OggCodec::Flac)
+            clearFlacTotals(header, kFlacInOggLead);
+        packetIn(header, 0, false);
+        if (n == 0)
+            pagesOut(true); // the first page holds the first packet alone
+    }
+    pagesOut(true); // audio begins on a fresh page
+}
+
+void OggCutWriter::Private::take(const AudioFrame& frame, qint64 samples) {
+    if (held)
+        packetIn(held->bytes, granule, false);
+    // a Vorbis decoder gives nothing for the first packet of a stream
+    const bool isSilent = isFirstPacket && link->codec == OggCodec::Vorbis;
+    granule += isSilent ? 0 : samples;
+    isFirstPacket = false;
+    held = frame;
+    pagesOut(granule - paged > link->sampleRate / kPagesPerSecond);
+}
+
+void OggCutWriter::Private::end() {
+    if (!link)
+        return;
+    if (held) {
+        granule -= std::min(held->endTrim, granule);
+        packetIn(held->bytes, granule, true);
+        held.reset();
+    }
+    pagesOut(true);
+    if (link->sampleRate > 0)
+        seconds += static_cast<double>(std::max<qint64>(0, granule - skipped)) / link->sampleRate;
+    link.reset();
+}
+
+void OggCutWriter::Private::packetIn(const QByteArray& bytes, qint64 position, bool isLast) {
+    ogg_packet packet{};
+    packet.packet =
+        const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(bytes.constData()));
+    packet.bytes = bytes.size();
+    packet.b_o_s = packetNumber == 0 ? 1 : 0;
+    packet.e_o_s = isLast ? 1 : 0;
+    packet.granulepos = position;
+    packet.packetno = packetNumber++;
+    ogg_stream_packetin(&stream, &packet); // copies the bytes
+}
+
+void OggCutWriter::Private::pagesOut(bool isAll) {
+    ogg_page page{};
+    QByteArray bytes;
+    while ((isAll ? ogg_stream_flush(&stream, &page) : ogg_stream_pageout(&stream, &page)) != 0) {
+        bytes = QByteArray(reinterpret_cast<const char*>(page.header),
+                           static_cast<int>(page.header_len));
+        bytes.append(reinterpret_cast<const char*>(page.body), static_cast<int>(page.body_len));
+        sink.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                    static_cast<std::size_t>(bytes.size()));
+        paged = std::max<qint64>(paged, ogg_page_granulepos(&page));
+    }
+}
+
+void OggCutWriter::flush() {
+    if (m_private->link)
+        m_private->pagesOut(true);
+}
+
+void OggCutWriter::finish() {
+    m_private->end();
+}
+
+double OggCutWriter::seconds() const {
+    const Private& d = *m_private;
+    if (!d.link || d.link->sampleRate <= 0)
+        return d.seconds;
+    return d.seconds +
+           static_cast<double>(std::max<qint64>(0, d.granule - d.skipped)) / d.link->sampleRate;
+}
+
+} // namespace BASS

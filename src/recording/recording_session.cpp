@@ -1,0 +1,345 @@
+#include "recording/recording_session.h"
+
+#include "base/log.h"
+#include "recording/file_pattern.h"
+#include "recording/ogg_link.h"
+#include "recording/stream_format.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <utility>
+
+namespace BASS {
+namespace {
+
+/// The first title block of a connection names what runs already; it comes within so many bytes.
+constexpr qint64 kFirstTitleBytes = 65536;
+
+bool canBeCut(StreamFormat format) {
+    return format == StreamFormat::Mpeg || format == StreamFormat::Adts ||
+           format == StreamFormat::Flac;
+}
+
+FileNameContext nameContext(const RecordingOptions& options, const Song& song, QDateTime now) {
+    FileNameContext context;
+    context.station = options.station;
+    context.song = song;
+    context.dateFormat = options.dateFormat;
+    context.timeFormat = options.timeFormat;
+    context.invalidReplacement = options.invalidReplacement;
+    context.isSplit = options.mode != RecordMode::NoSplit;
+    context.now = std::move(now);
+    return context;
+}
+
+} // namespace
+
+RecordingSession::RecordingSession(RecordingOptions options,
+                                   Song song,
+                                   const Clock& clock,
+                                   RecordingListener& listener)
+    : m_options(std::move(options)), m_clock(clock), m_listener(listener),
+      m_planner(m_options.splitDelay), m_song(std::move(song)) {}
+
+RecordingSession::~RecordingSession() {
+    finish();
+}
+
+void RecordingSession::connectionBegan(qint64 position, const QByteArray& header, bool isStart) {
+    if (m_isOver)
+        return;
+    connectionEnded();
+    m_isConnected = true;
+    m_position = position;
+    m_connectionStart = isStart ? position : -1;
+    m_undetected = header;
+}
+
+void RecordingSession::append(const QByteArray& bytes) {
+    if (m_isOver || !m_isConnected || m_isPaused)
+        return;
+    m_position += bytes.size();
+    if (!m_parser) {
+        m_undetected += bytes;
+        detect(false);
+    } else {
+        FrameList frames;
+        m_parser->push(bytes.constData(), bytes.size(), frames);
+        takeFrames(frames);
+    }
+}
+
+void RecordingSession::detect(bool isEnd) {
+    if (m_parser || m_undetected.isEmpty())
+        return;
+    const auto format =
+        detectFormat(reinterpret_cast<const std::uint8_t*>(m_undetected.constData()),
+                     static_cast<std::size_t>(m_undetected.size()),
+                     isEnd);
+    if (!format)
+        return;
+    m_format = *format;
+    qCInfo(lcRecording) << "RecordingSession::detect format=" << static_cast<int>(m_format);
+    if (!canBeCut(m_format) && m_format != StreamFormat::Ogg && isCutting())
+        qCWarning(lcRecording) << "RecordingSession::detect streams of this format are not cut";
+    m_parser = makeStreamParser(m_format, m_position - m_undetected.size());
+    FrameList frames;
+    const QByteArray bytes = std::exchange(m_undetected, {});
+    m_parser->push(bytes.constData(), bytes.size(), frames);
+    takeFrames(frames);
+}
+
+void RecordingSession::endParser() {
+    detect(true);
+    if (!m_parser)
+        return;
+    FrameList frames;
+    m_parser->finish(frames);
+    if (m_parser->droppedBytes() > 0)
+        qCInfo(lcRecording) << "RecordingSession::endParser bytes between frames="
+                            << m_parser->droppedBytes();
+    takeFrames(frames);
+    m_parser.reset();
+}
+
+void RecordingSession::trackChanged(const Song& song, qint64 position) {
+    if (m_isOver || m_format == StreamFormat::Ogg || nameFirstFile(song, position))
+        return;
+    m_planner.addTitle(song, position);
+    cutInHistory(position);
+    checkFile();
+}
+
+void RecordingSession::connectionEnded() {
+    if (m_isOver || !m_isConnected)
+        return;
+    endParser();
+    m_undetected.clear();
+    m_isConnected = false;
+    m_planner.endConnection(m_position);
+    flush();
+}
+
+void RecordingSession::pause() {
+    if (m_isOver || m_isPaused)
+        return;
+    endParser();
+    m_isPaused = true;
+    flush();
+}
+
+void RecordingSession::resume(qint64 position, const QByteArray& header) {
+    if (m_isOver || !m_isPaused)
+        return;
+    m_isPaused = false;
+    m_position = position;
+    m_undetected = header;
+    m_connectionStart = -1;
+}
+
+bool RecordingSession::isCutting() const {
+    return m_options.mode != RecordMode::NoSplit;
+}
+
+void RecordingSession::takeFrames(const FrameList& frames) {
+    for (const AudioFrame& frame : frames) {
+        if (m_isOver)
+            return;
+        takeFrame(frame);
+    }
+}
+
+void RecordingSession::takeFrame(const AudioFrame& frame) {
+    if (frame.link)
+        takeLink(frame);
+    else if (canBeCut(m_format) && isCutting())
+        cutBefore(frame);
+    if (m_isOver)
+        return;
+    const bool isOther = frame.stream != m_fileStream || m_format != m_fileFormat;
+    if (m_record.isOpen() && isOther)
+        closeFile();
+    if (!m_record.isOpen() && !m_isOver)
+        openFile(frame);
+    if (!m_record.isOpen())
+        return;
+    m_record.write(frame);
+    m_history.push(frame);
+    m_fileFrames = std::min(m_fileFrames + 1, m_history.size());
+    checkFile();
+}
+
+/// An Ogg link carries its own title; one that says nothing new goes on in the same file.
+void RecordingSession::takeLink(const AudioFrame& frame) {
+    if (frame.link == m_link)
+        return;
+    m_link = frame.link;
+    const Song song = oggSong(*m_link);
+    if (song.isEmpty() || song.track == m_song.track)
+        return;
+    if (isCutting() || !m_record.isOpen())
+        cut(song);
+}
+
+void RecordingSession::cutBefore(const AudioFrame& frame) {
+    if (const auto song = m_planner.beforeFrame(frame.position, m_history.now()))
+        cut(*song);
+}
+
+/// A title that comes after its place was written: the tail behind the cut moves to the next file.
+void RecordingSession::cutInHistory(qint64 position) {
+    if (!m_record.isOpen() || !canBeCut(m_format) || !isCutting())
+        return;
+    const std::size_t inFile = m_history.size() - m_fileFrames;
+    for (std::size_t at = std::max(m_history.firstFrom(position), inFile); at < m_history.size();
+         ++at) {
+        const auto song = m_planner.beforeFrame(m_history.frame(at).position, m_history.time(at));
+        if (!song)
+            continue;
+        const FrameHistory tail = m_history.takeFrom(at);
+        m_fileFrames -= tail.size();
+        m_record.takeBack(tail);
+        cut(*song);
+        takeFrames(FrameList(tail.begin(), tail.end()));
+        return;
+    }
+}
+
+void RecordingSession::cut(const Song& song) {
+    const bool hadSong = !m_song.isEmpty();
+    if (m_record.isOpen())
+        closeFile();
+    if (m_isOver)
+        return;
+    if (m_options.mode == RecordMode::SingleSong && hadSong && !m_paths.isEmpty()) {
+        m_isOver = true;
+        return;
+    }
+    m_song = song;
+}
+
+/// A recording that begins together with its connection opens its file before it can know the
+/// title; the first title block then names that file instead of cutting it.
+bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
+    if (!m_song.isEmpty() || m_paths.size() > 1 || m_connectionStart < 0 ||
+        position - m_connectionStart > kFirstTitleBytes)
+        return false;
+    m_song = song;
+    if (!m_record.isOpen())
+        return true;
+    const QString old = m_record.recording().path();
+    const QString path = freePath(QFileInfo(old).suffix());
+    if (m_record.rename(path, song)) {
+        m_paths.last() = path;
+        m_listener.fileOpened(path, song);
+    }
+    checkFile();
+    return true;
+}
+
+QString RecordingSession::freePath(const QString& extension) const {
+    const QDateTime now = m_clock.now();
+    const bool isSplit = isCutting();
+    const QString pattern = isSplit ? m_options.patternSplit : m_options.patternNoSplit;
+    const QString path = QDir(m_options.folder)
+                             .filePath(relativeRecordingPath(
+                                 pattern, nameContext(m_options, m_song, now), extension));
+    // what this session has just written is never deleted for its own next part
+    const bool isOwn = !m_paths.isEmpty() && m_paths.last() == path;
+    if (m_options.overwrite && !isOwn)
+        QFile::remove(path);
+    const QFileInfo taken(path);
+    QString free = path;
+    for (int attempt = 1; QFileInfo::exists(free); ++attempt)
+        free = taken.dir().filePath(
+            stampedFileName(taken.fileName(), now, m_options.invalidReplacement, attempt));
+    return free;
+}
+
+void RecordingSession::openFile(const AudioFrame& first) {
+    CutStart start;
+    start.format = m_format;
+    start.serial = QRandomGenerator::global()->generate();
+    start.isMp3ByteExact = m_options.isMp3CutByteExact;
+    const bool isSameStream = first.stream == m_fileStream && m_format == m_fileFormat;
+    if (!first.followsGap && isSameStream)
+        start.before = m_history.preRoll();
+    m_fileFormat = m_format;
+    m_fileStream = first.stream;
+    m_fileFrames = 0;
+    if (m_record.open(freePath(streamExtension(m_format, first)), m_song, std::move(start))) {
+        m_paths << m_record.recording().path();
+        qCInfo(lcRecording) << "RecordingSession::openFile path=" << m_paths.last();
+        m_listener.fileOpened(m_paths.last(), m_song);
+    }
+    checkFile();
+}
+
+void RecordingSession::closeFile() {
+    const RecordedFile file = m_record.stop();
+    m_fileFrames = 0;
+    m_finishedBytes += file.bytes;
+    if (file.bytes > 0)
+        m_listener.fileFinished(file);
+    else
+        m_paths.removeOne(file.path);
+    checkFile();
+}
+
+void RecordingSession::checkFile() {
+    if (const auto failure = m_record.recording().failure())
+        fail(*failure);
+}
+
+void RecordingSession::flush() {
+    if (m_isOver || !m_record.isOpen())
+        return;
+    m_record.flush();
+    checkFile();
+}
+
+void RecordingSession::sync() {
+    if (m_isOver || !m_record.isOpen())
+        return;
+    m_record.sync();
+    checkFile();
+}
+
+void RecordingSession::finish() {
+    if (m_isOver)
+        return;
+    endParser();
+    if (m_isOver)
+        return;
+    if (m_record.isOpen())
+        closeFile();
+    m_isOver = true;
+}
+
+void RecordingSession::fail(const RecordingError& error) {
+    if (m_isOver)
+        return;
+    m_isOver = true;
+    if (m_record.isOpen())
+        closeFile();
+    m_listener.failed(error);
+}
+
+RecordingProgress RecordingSession::progress() const {
+    RecordingProgress progress;
+    progress.song = m_song;
+    progress.files = m_paths.size();
+    progress.sessionBytes = m_finishedBytes;
+    if (m_record.isOpen()) {
+        progress.path = m_record.recording().path();
+        progress.fileBytes = m_record.bytes();
+        progress.sessionBytes += progress.fileBytes;
+        progress.fileDuration = m_record.duration();
+    }
+    return progress;
+}
+
+} // namespace BASS

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "base/clock.h"
+#include "recording/c_record.h"
+#include "recording/split_planner.h"
+#include "recording/stream_history.h"
+#include "recording/stream_parser.h"
+
+#include <QStringList>
+
+#include <optional>
+
+namespace BASS {
+
+/// What a recording session tells its owner; called on the thread that feeds it.
+class RecordingListener {
+  public:
+    virtual ~RecordingListener() = default;
+    virtual void fileOpened(const QString& path, const Song& song) = 0;
+    virtual void fileFinished(const RecordedFile& file) = 0;
+    virtual void failed(const RecordingError& error) = 0;
+};
+
+/// One recording from start to stop: takes the fed bytes and titles in order, cuts them and writes
+/// the files.
+///
+/// *Thread*: the recorder's writer thread; blocks on disk. *Owner*: the recorder; clock and
+/// listener outlive it. *Life*: any number of connections, then finish(). After isOver() everything
+/// is ignored.
+class RecordingSession final {
+    Q_DISABLE_COPY_MOVE(RecordingSession)
+
+  public:
+    RecordingSession(RecordingOptions options,
+                     Song song,
+                     const Clock& clock,
+                     RecordingListener& listener);
+    ~RecordingSession();
+
+    /// `position`: of the connection's next byte in all bytes fed. `header`: what the connection
+    /// has sent before it that its format cannot do without. `isStart`: no byte was sent before.
+    void connectionBegan(qint64 position, const QByteArray& header, bool isStart);
+    void append(const QByteArray& bytes);
+    /// `position`: in all bytes fed.
+    void trackChanged(const Song& song, qint64 position);
+    void connectionEnded();
+    void pause();
+    /// As connectionBegan(), in the middle of a connection.
+    void resume(qint64 position, const QByteArray& header);
+    /// Hands what came so far to the system; called when no more is waiting.
+    void flush();
+    /// Waits for the disk; called once a second.
+    void sync();
+    void finish();
+    /// Ends with an error that came from outside.
+    void fail(const RecordingError& error);
+
+    [[nodiscard]] bool isOver() const { return m_isOver; }
+    [[nodiscard]] const QStringList& paths() const { return m_paths; }
+    [[nodiscard]] RecordingProgress progress() const;
+
+  private:
+    void detect(bool isEnd);
+    void endParser();
+    void takeFrames(const FrameList& frames);
+    void takeFrame(const AudioFrame& frame);
+    void takeLink(const AudioFrame& frame);
+    void cutBefore(const AudioFrame& frame);
+    void cutInHistory(qint64 position);
+    void cut(const Song& song);
+    void openFile(const AudioFrame& first);
+    void closeFile();
+    void checkFile();
+    bool nameFirstFile(const Song& song, qint64 position);
+    [[nodiscard]] bool isCutting() const;
+    [[nodiscard]] QString freePath(const QString& extension) const;
+
+    RecordingOptions m_options;
+    const Clock& m_clock;
+    RecordingListener& m_listener;
+    SplitPlanner m_planner;
+    Song m_song; ///< of the open file, or of the next one
+
+    // the connection
+    QByteArray m_undetected;
+    qint64 m_position = 0;         ///< of the byte behind the last one taken
+    qint64 m_connectionStart = -1; ///< -1: began before the session
+    std::unique_ptr<StreamParser> m_parser;
+    StreamFormat m_format = StreamFormat::Unknown;
+    bool m_isConnected = false;
+    bool m_isPaused = false;
+
+    // the stream
+    StreamHistory m_history;
+    std::size_t m_fileFrames = 0; ///< how many of its newest frames are in the open file
+    std::shared_ptr<const OggLink> m_link;
+
+    // the files
+    CRecord m_record;
+    StreamFormat m_fileFormat = StreamFormat::Unknown;
+    quint32 m_fileStream = 0;
+    QStringList m_paths;
+    qint64 m_finishedBytes = 0;
+    bool m_isOver = false;
+};
+
+} // namespace BASS

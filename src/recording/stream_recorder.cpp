@@ -1,0 +1,374 @@
+#include "recording/stream_recorder.h"
+
+#include "base/check.h"
+#include "base/clock.h"
+#include "base/log.h"
+#include "recording/recording_session.h"
+#include "recording/stream_header_keeper.h"
+
+#include <QMetaObject>
+#include <QThread>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <variant>
+
+namespace BASS {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr qint64 kMaxQueuedBytes = 64 * 1024 * 1024;
+constexpr qint64 kFirstMark = 1024 * 1024;
+constexpr int kBlockBytes = 65536; ///< small appends are gathered into blocks of this size
+constexpr milliseconds kSyncInterval{1000};
+constexpr milliseconds kProgressInterval{250};
+
+struct StartItem {
+    RecordingOptions options;
+    Song song;
+};
+struct StopItem {};
+struct OverflowItem {};
+/// `isStart`: no byte of the connection came before; else the recording joins it.
+struct ConnectionItem {
+    qint64 position = 0;
+    QByteArray header;
+    bool isStart = false;
+};
+struct ConnectionEndItem {};
+struct PauseItem {};
+struct ResumeItem {
+    qint64 position = 0;
+    QByteArray header;
+};
+struct TrackItem {
+    Song song;
+    qint64 position = 0;
+};
+using Item = std::variant<StartItem,
+                          StopItem,
+                          OverflowItem,
+                          ConnectionItem,
+                          ConnectionEndItem,
+                          PauseItem,
+                          ResumeItem,
+                          TrackItem,
+                          QByteArray>;
+
+} // namespace
+
+struct StreamRecorder::Private final : public RecordingListener {
+    explicit Private(StreamRecorder& recorder) : owner(recorder) {}
+
+    // GUI thread
+    void ensureThread();
+    void endThread();
+
+    // any thread, with the mutex held
+    void put(Item item);
+    void appendQueued(const char* data, qint64 bytes);
+    [[nodiscard]] ConnectionItem joinItem() const;
+
+    // writer thread
+    void run();
+    bool waitForItems(std::deque<Item>& items);
+    void release(const std::deque<Item>& items);
+    void handle(Item& item);
+    void handleStart(StartItem& item);
+    void endSession();
+    void afterBatch();
+    template <typename Function>
+    void post(Function function) {
+        QMetaObject::invokeMethod(&owner, std::move(function), Qt::QueuedConnection);
+    }
+    void fileOpened(const QString& path, const Song& song) override;
+    void fileFinished(const RecordedFile& file) override;
+    void failed(const RecordingError& error) override;
+
+    StreamRecorder& owner;
+    SystemClock clock;
+    int startedSessions = 0;  ///< GUI thread
+    int finishedSessions = 0; ///< GUI thread
+
+    std::mutex mutex; ///< guards what follows up to the thread
+    std::condition_variable wake;
+    std::deque<Item> queue;
+    qint64 queuedBytes = 0;
+    qint64 nextMark = kFirstMark;
+    bool isFed = false; ///< a session wants the bytes
+    bool isPaused = false;
+    bool isThreadEnding = false;
+    bool isConnected = false;
+    qint64 fedBytes = 0;        ///< in all connections
+    qint64 connectionStart = 0; ///< of fedBytes
+    StreamHeaderKeeper keeper;
+    int queuedSessions = 0;
+
+    std::thread thread;
+
+    // writer thread
+    std::unique_ptr<RecordingSession> session;
+    int takenSessions = 0;
+    milliseconds lastSync{0};
+    milliseconds lastProgress{0};
+};
+
+void StreamRecorder::Private::ensureThread() {
+    if (!thread.joinable())
+        thread = std::thread([this] { run(); });
+}
+
+void StreamRecorder::Private::endThread() {
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        isThreadEnding = true;
+    }
+    wake.notify_one();
+    if (thread.joinable())
+        thread.join();
+    isThreadEnding = false;
+}
+
+void StreamRecorder::Private::put(Item item) {
+    queue.push_back(std::move(item));
+    wake.notify_one();
+}
+
+void StreamRecorder::Private::appendQueued(const char* data, qint64 bytes) {
+    if (queuedBytes + bytes > kMaxQueuedBytes) {
+        // a disk that stands still must not take the memory with it
+        isFed = false;
+        put(OverflowItem{});
+        return;
+    }
+    queuedBytes += bytes;
+    if (queuedBytes > nextMark) {
+        qCWarning(lcRecording) << "StreamRecorder::append the disk is slow, waiting bytes="
+                               << queuedBytes;
+        nextMark *= 2;
+    }
+    auto* const block = queue.empty() ? nullptr : std::get_if<QByteArray>(&queue.back());
+    if (block != nullptr && block->size() + bytes <= kBlockBytes)
+        block->append(data, static_cast<int>(bytes));
+    else
+        put(QByteArray(data, static_cast<int>(bytes)));
+}
+
+ConnectionItem StreamRecorder::Private::joinItem() const {
+    const bool isStart = fedBytes == connectionStart;
+    return {fedBytes, isStart ? QByteArray() : keeper.header(), isStart};
+}
+
+void StreamRecorder::Private::run() {
+    std::deque<Item> items;
+    while (waitForItems(items)) {
+        for (Item& item : items)
+            handle(item);
+        release(items);
+        items.clear();
+        afterBatch();
+    }
+    endSession();
+}
+
+/// Waits for work, or until a running session is due for the disk. False: the thread ends.
+bool StreamRecorder::Private::waitForItems(std::deque<Item>& items) {
+    std::unique_lock<std::mutex> lock(mutex);
+    const auto hasWork = [this] { return !queue.empty() || isThreadEnding; };
+    if (session)
+        wake.wait_for(lock, kSyncInterval, hasWork);
+    else
+        wake.wait(lock, hasWork);
+    items.swap(queue);
+    return !items.empty() || !isThreadEnding;
+}
+
+/// Bytes count as waiting until they are dealt with.
+void StreamRecorder::Private::release(const std::deque<Item>& items) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    for (const Item& item : items) {
+        if (const auto* const bytes = std::get_if<QByteArray>(&item))
+            queuedBytes -= bytes->size();
+    }
+}
+
+void StreamRecorder::Private::handle(Item& item) {
+    if (auto* const start = std::get_if<StartItem>(&item)) {
+        handleStart(*start);
+        return;
+    }
+    if (!session)
+        return;
+    if (auto* const bytes = std::get_if<QByteArray>(&item)) {
+        session->append(*bytes);
+    } else if (const auto* const track = std::get_if<TrackItem>(&item)) {
+        session->trackChanged(track->song, track->position);
+    } else if (const auto* const connection = std::get_if<ConnectionItem>(&item)) {
+        session->connectionBegan(connection->position, connection->header, connection->isStart);
+    } else if (std::holds_alternative<ConnectionEndItem>(item)) {
+        session->connectionEnded();
+    } else if (std::holds_alternative<PauseItem>(item)) {
+        session->pause();
+    } else if (const auto* const resume = std::get_if<ResumeItem>(&item)) {
+        session->resume(resume->position, resume->header);
+    } else if (std::holds_alternative<OverflowItem>(item)) {
+        session->fail({RecordingErrorKind::CannotWrite,
+                       recordingErrorText(RecordingErrorKind::CannotWrite),
+                       StreamRecorder::tr("The disk is too slow for the stream.")});
+    } else {
+        endSession();
+    }
+    if (session && session->isOver())
+        endSession();
+}
+
+void StreamRecorder::Private::handleStart(StartItem& item) {
+    endSession();
+    ++takenSessions;
+    lastSync = lastProgress = clock.steady();
+    session = std::make_unique<RecordingSession>(
+        std::move(item.options), std::move(item.song), clock, *this);
+}
+
+void StreamRecorder::Private::endSession() {
+    if (!session)
+        return;
+    session->finish();
+    const QStringList paths = session->paths();
+    session.reset();
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        isFed = isFed && queuedSessions > takenSessions;
+    }
+    post([this, paths] {
+        ++finishedSessions;
+        emit owner.sig_finished(paths);
+    });
+}
+
+void StreamRecorder::Private::afterBatch() {
+    if (!session)
+        return;
+    const milliseconds now = clock.steady();
+    if (now - lastSync >= kSyncInterval) {
+        session->sync();
+        lastSync = now;
+    } else {
+        session->flush();
+    }
+    if (session->isOver()) {
+        endSession();
+        return;
+    }
+    if (now - lastProgress < kProgressInterval)
+        return;
+    lastProgress = now;
+    const RecordingProgress progress = session->progress();
+    if (!progress.path.isEmpty())
+        post([this, progress] { emit owner.sig_progress(progress); });
+}
+
+void StreamRecorder::Private::fileOpened(const QString& path, const Song& song) {
+    post([this, path, song] { emit owner.sig_fileOpened(path, song); });
+}
+
+void StreamRecorder::Private::fileFinished(const RecordedFile& file) {
+    post([this, file] { emit owner.sig_fileFinished(file); });
+}
+
+void StreamRecorder::Private::failed(const RecordingError& error) {
+    post([this, error] { emit owner.sig_failed(error); });
+}
+
+StreamRecorder::StreamRecorder(QObject* parent)
+    : QObject(parent), m_private(std::make_unique<Private>(*this)) {
+    qRegisterMetaType<BASS::Song>();
+    qRegisterMetaType<BASS::RecordedFile>();
+    qRegisterMetaType<BASS::RecordingError>();
+    qRegisterMetaType<BASS::RecordingProgress>();
+}
+
+StreamRecorder::~StreamRecorder() {
+    stopAndWait();
+}
+
+void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
+    WL_CHECK(QThread::currentThread() == thread());
+    m_private->ensureThread();
+    ++m_private->startedSessions;
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    ++m_private->queuedSessions;
+    m_private->put(StartItem{options, song});
+    m_private->isFed = true;
+    m_private->isPaused = false;
+    if (m_private->isConnected)
+        m_private->put(m_private->joinItem());
+}
+
+void StreamRecorder::stop() {
+    if (!m_private->thread.joinable())
+        return;
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    m_private->isFed = false;
+    m_private->put(StopItem{});
+}
+
+void StreamRecorder::stopAndWait() {
+    stop();
+    m_private->endThread();
+}
+
+bool StreamRecorder::isRunning() const {
+    return m_private->startedSessions > m_private->finishedSessions;
+}
+
+void StreamRecorder::setPaused(bool isPaused) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    if (!m_private->isFed || m_private->isPaused == isPaused)
+        return;
+    m_private->isPaused = isPaused;
+    if (isPaused)
+        m_private->put(PauseItem{});
+    else
+        m_private->put(ResumeItem{m_private->fedBytes, m_private->keeper.header()});
+}
+
+void StreamRecorder::connectionBegan() {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    m_private->isConnected = true;
+    m_private->connectionStart = m_private->fedBytes;
+    m_private->keeper.reset();
+    if (m_private->isFed)
+        m_private->put(m_private->joinItem());
+}
+
+void StreamRecorder::append(const char* data, qint64 bytes) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    m_private->fedBytes += bytes;
+    m_private->keeper.push(data, static_cast<qsizetype>(bytes));
+    if (m_private->isFed && !m_private->isPaused)
+        m_private->appendQueued(data, bytes);
+}
+
+void StreamRecorder::trackChanged(const Song& song) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    if (!m_private->isFed)
+        return;
+    const qint64 position =
+        song.position >= 0 ? m_private->connectionStart + song.position : m_private->fedBytes;
+    m_private->put(TrackItem{song, position});
+}
+
+void StreamRecorder::connectionEnded() {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    m_private->isConnected = false;
+    if (m_private->isFed)
+        m_private->put(ConnectionEndItem{});
+}
+
+} // namespace BASS
