@@ -1,9 +1,12 @@
 #include "ui/all_skylark_radio.h"
 
 #include "base/clock.h"
+#include "base/log.h"
 #include "stations/played_stations.h"
 #include "ui/announcer.h"
 #include "ui/commands.h"
+#include "ui/controllers/command_line_controller.h"
+#include "ui/controllers/end_action_timer.h"
 #include "ui/controllers/play_controller.h"
 #include "ui/controllers/record_controller.h"
 #include "ui/controllers/volume_controller.h"
@@ -44,6 +47,19 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
       m_play(new PlayController(services.player, services.played, services.clock, this)),
       m_record(new RecordController(services.player, services.settings, this)),
       m_volume(new VolumeController(services.player, services.settings, this)),
+      m_endAction(new EndActionTimer(services.clock, this)),
+      m_commandLine(new CommandLineController(
+          {services.player,
+           *m_play,
+           *m_record,
+           *m_volume,
+           *m_endAction,
+           services.played,
+           services.settings},
+          [this](std::chrono::milliseconds delay, const std::function<void()>& what) {
+              QTimer::singleShot(delay, this, what);
+          },
+          this)),
       m_opener(new FolderOpener(services.openUrl, this)), m_log(this) {
     setObjectName(QStringLiteral("TR_MainWindow"));
     setWindowTitle(QStringLiteral("Wavelark"));
@@ -54,6 +70,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     layOut();
     wirePlayer();
     wireCommands();
+    wireCommandLine();
     restore();
     QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
 }
@@ -128,6 +145,7 @@ void AllSkylarkRadio::wirePlayer() {
     connect(m_bar, &PlayerBar::sig_volumeMoved, m_volume, &VolumeController::setVolume);
     connect(m_address, &AddressBar::sig_playRequested, m_play, &PlayController::playAddress);
 
+    connect(m_play, &PlayController::sig_leavingStream, m_record, &RecordController::leaveStream);
     connect(m_play, &PlayController::sig_message, this, &AllSkylarkRadio::showMessage);
     connect(m_record, &RecordController::sig_message, this, &AllSkylarkRadio::showMessage);
     connect(m_opener, &FolderOpener::sig_message, this, &AllSkylarkRadio::showMessage);
@@ -176,6 +194,17 @@ void AllSkylarkRadio::wireCommands() {
     }
 }
 
+void AllSkylarkRadio::wireCommandLine() {
+    using Controller = CommandLineController;
+    connect(m_commandLine, &Controller::sig_message, this, &AllSkylarkRadio::showMessage);
+    connect(m_commandLine, &Controller::sig_showWindow, this, &AllSkylarkRadio::showAs);
+    connect(m_commandLine,
+            &Controller::sig_bringToFrontRequested,
+            this,
+            &AllSkylarkRadio::slot_bringToFont);
+    connect(m_endAction, &EndActionTimer::sig_due, this, &AllSkylarkRadio::carryOutEnd);
+}
+
 void AllSkylarkRadio::restore() {
     const UiSettings& settings = m_services.settings;
     if (!restoreGeometry(settings.windowGeometry(kWindowName))) {
@@ -196,7 +225,24 @@ void AllSkylarkRadio::slot_Init() {
     if (m_services.settings.autoPlayOnStart()) {
         slot_connectLastStation();
     }
-    emit sig_initialised();
+    if (m_services.arguments.size() >= 2) {
+        // Deliberate: the window, its lists and the sound device settle first.
+        QTimer::singleShot(3000, this, [this] { processArgs(m_services.arguments, false); });
+    }
+}
+
+bool AllSkylarkRadio::processArgs(const QStringList& arguments, bool isFromOtherInstance) {
+    const CommandRecord command = parseCommandLine(arguments);
+    qCInfo(lcUi) << "processArgs"
+                 << "isFromOtherInstance=" << isFromOtherInstance << command.arguments;
+    return m_commandLine->carryOut(command);
+}
+
+void AllSkylarkRadio::slot_receivedMessage(quint32 instanceId, const QByteArray& message) {
+    const QStringList arguments = forwardedArguments(message);
+    qCInfo(lcUi) << "slot_receivedMessage"
+                 << "instanceId=" << instanceId << arguments;
+    processArgs(arguments, true);
 }
 
 void AllSkylarkRadio::slot_connectLastStation() {
@@ -212,9 +258,30 @@ void AllSkylarkRadio::slot_bringToFont() {
     activateWindow();
 }
 
+void AllSkylarkRadio::showAs(ShowMode mode) {
+    if (mode == ShowMode::Normal) {
+        slot_bringToFont();
+    } else {
+        showMinimized(); // without a tray icon a hidden window could not be found again
+    }
+}
+
+void AllSkylarkRadio::carryOutEnd(EndAction action) {
+    m_play->stop();
+    if (action == EndAction::Exit) {
+        finishAndQuit();
+    } else if (action != EndAction::StopPlaying) {
+        const QString reason = m_services.power(action);
+        if (!reason.isEmpty()) {
+            showMessage({Message::Kind::Error, reason, {}, {}});
+        }
+    }
+}
+
 void AllSkylarkRadio::showMessage(const Message& message) {
     m_log.append(m_services.clock.now().time(), message.text, message.kind == Message::Kind::Error);
     m_messages->showMessage(message);
+    emit sig_messageShown(message);
 }
 
 void AllSkylarkRadio::showPage(int index) {
@@ -280,7 +347,8 @@ void AllSkylarkRadio::finishAndQuit() {
     }
     m_isQuitting = true;
     m_services.settings.setWindowGeometry(kWindowName, saveGeometry());
-    if (!m_record->isRecording()) {
+    m_record->leaveStream();
+    if (!m_services.player.isRecording()) { // also true while a stopped recording is completed
         emit sig_quitRequested();
         return;
     }
@@ -289,7 +357,7 @@ void AllSkylarkRadio::finishAndQuit() {
             this,
             &AllSkylarkRadio::sig_quitRequested);
     QTimer::singleShot(kLongestFinish, this, &AllSkylarkRadio::sig_quitRequested);
-    m_record->stop();
+    m_services.player.stopRecording();
 }
 
 void AllSkylarkRadio::closeEvent(QCloseEvent* event) {

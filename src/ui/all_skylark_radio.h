@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/command_line.h"
 #include "ui/folder_opener.h"
 #include "ui/models/log_model.h"
 #include "ui/pages/page_registry.h"
@@ -11,7 +12,9 @@
 
 class AddressBar;
 class Clock;
+class CommandLineController;
 class Commands;
+class EndActionTimer;
 class MessageBar;
 class NavigationList;
 class Page;
@@ -35,6 +38,9 @@ struct WindowServices {
     UiSettings& settings;
     const Clock& clock;
     FolderOpener::OpenUrl openUrl;
+    /// Puts the computer to sleep, hibernates or shuts it down. Empty: done; else why it was not.
+    std::function<QString(EndAction)> power;
+    QStringList arguments; ///< of the process, the program path first
 };
 
 /// The main window. It puts views and controllers together and holds no logic of its own.
@@ -54,6 +60,9 @@ class AllSkylarkRadio : public QMainWindow {
     [[nodiscard]] VolumeController& volumeController() { return *m_volume; }
     [[nodiscard]] const Commands& commands() const { return *m_commands; }
 
+    /// Carries out a command line, the program path first. True where it was acted on.
+    bool processArgs(const QStringList& arguments, bool isFromOtherInstance);
+
     void showMessage(const Message& message);
     /// Completes a recording, then sig_quitRequested(); asks nobody. For signals of the system, end
     /// actions and closing.
@@ -63,12 +72,13 @@ class AllSkylarkRadio : public QMainWindow {
     void slot_Init();
     void slot_connectLastStation();
     void slot_bringToFont();
+    /// A command line from another instance.
+    void slot_receivedMessage(quint32 instanceId, const QByteArray& message);
 
   signals:
     /// Everything is on disk: the event loop may end.
     void sig_quitRequested();
-    /// slot_Init() is through.
-    void sig_initialised();
+    void sig_messageShown(const Message& message);
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -81,6 +91,7 @@ class AllSkylarkRadio : public QMainWindow {
     void layOut();
     void wirePlayer();
     void wireCommands();
+    void wireCommandLine();
     void restore();
     void showPage(int index);
     void showHeard();
@@ -88,11 +99,15 @@ class AllSkylarkRadio : public QMainWindow {
     void songChanged(const BASS::Song& song);
     [[nodiscard]] bool askWhileRecording();
     void showAbout();
+    void showAs(ShowMode mode);
+    void carryOutEnd(EndAction action);
 
     WindowServices m_services;
     PlayController* m_play;
     RecordController* m_record;
     VolumeController* m_volume;
+    EndActionTimer* m_endAction;
+    CommandLineController* m_commandLine;
     FolderOpener* m_opener;
     LogModel m_log;
     PageRegistry m_registry;

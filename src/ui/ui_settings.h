@@ -37,5 +37,7 @@ class UiSettings {
     [[nodiscard]] virtual QString recordingFolder() const = 0;
     /// Everything that a recording of this station needs; FromSettings is resolved.
     [[nodiscard]] virtual BASS::RecordingOptions
-    recordingOptions(BASS::RecordMode mode, const BASS::StationRecord& station) const = 0;
+    recordingOptions(BASS::RecordMode mode,
+                     const BASS::StationRecord& station,
+                     const QString& schedule) const = 0;
 };

@@ -86,7 +86,7 @@ for package in libogg libvorbis opus ffmpeg qtsvg-opensource-src; do
 done
 build ogg with_cmake libogg -DINSTALL_DOCS=OFF -DBUILD_TESTING=OFF
 build vorbis with_cmake libvorbis
-build opus with_configure opus --disable-doc --disable-extra-programs
+build opus with_configure opus --disable-doc --disable-extra-programs --disable-hardening
 build ffmpeg ffmpeg
 build svg svg
 find "$deps/bin" "$root/qt/bin" "$root/qt/plugins" -name '*.dll' -exec $host-strip {} +

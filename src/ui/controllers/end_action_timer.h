@@ -1,5 +1,8 @@
 #pragma once
 
+#include "app/command_line.h"
+
+#include <QMetaType>
 #include <QObject>
 #include <QTimer>
 
@@ -7,16 +10,6 @@
 #include <optional>
 
 class Clock;
-
-/// What happens when the duration of a started action is over; the numbers are fixed (those of the
-/// sleep timer).
-enum class EndAction {
-    StopPlaying = 0,
-    Shutdown = 1,
-    Sleep = 2,
-    Hibernate = 3,
-    ExitApplication = 4,
-};
 
 /// Waits for the end of a timed run, in steady time: setting the clock does not move the end.
 ///

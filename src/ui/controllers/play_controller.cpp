@@ -19,7 +19,21 @@ PlayController::PlayController(Player& player,
 void PlayController::play(const BASS::StationRecord& station) {
     m_isListed = false;
     m_playingSince = std::chrono::milliseconds(-1);
+    emit sig_leavingStream();
     m_player.play(station);
+}
+
+void PlayController::requestPlay(const BASS::StationRecord& station) {
+    if (!m_player.isRecording()) {
+        play(station);
+        return;
+    }
+    emit sig_message({Message::Kind::Information,
+                      tr("%1 is being recorded. Playing another station ends the recording; what "
+                         "has been recorded is kept.")
+                          .arg(m_player.station().displayName()),
+                      tr("Stop recording and play"),
+                      [this, station] { play(station); }});
 }
 
 bool PlayController::playAddress(const QString& input) {
@@ -28,7 +42,7 @@ bool PlayController::playAddress(const QString& input) {
         emit sig_message({Message::Kind::Error, address.error(), {}, {}});
         return false;
     }
-    play(stationForAddress(address.value()));
+    requestPlay(stationForAddress(address.value()));
     return true;
 }
 
@@ -47,6 +61,7 @@ BASS::StationRecord PlayController::stationForAddress(const QString& address,
 }
 
 void PlayController::stop() {
+    emit sig_leavingStream();
     m_player.stop();
 }
 
@@ -75,7 +90,7 @@ bool PlayController::playLast() {
                           {}});
         return false;
     }
-    play(station);
+    requestPlay(station);
     return true;
 }
 

@@ -27,7 +27,10 @@ class PlayController final : public QObject {
                    const Clock& clock,
                    QObject* parent = nullptr);
 
+    /// Plays it in place of what plays now; a recording ends.
     void play(const BASS::StationRecord& station);
+    /// As play(), but a running recording is ended only after sig_message has asked.
+    void requestPlay(const BASS::StationRecord& station);
     /// What a person typed; a known station's name and settings go with its address. False: it is
     /// no address, and sig_message has said so.
     bool playAddress(const QString& input);
@@ -46,6 +49,8 @@ class PlayController final : public QObject {
     [[nodiscard]] std::chrono::milliseconds elapsed() const;
 
   signals:
+    /// play() or stop() is about to end the recording of the stream that is left.
+    void sig_leavingStream();
     void sig_message(const Message& message);
 
   private:

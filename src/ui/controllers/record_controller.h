@@ -20,12 +20,17 @@ class RecordController final : public QObject {
 
     /// True where there is a stream, or one that is being connected, and nothing is recorded.
     [[nodiscard]] bool canStart() const;
-    /// Does nothing where nothing plays. A recording that runs goes on, in the mode it has.
-    void start(BASS::RecordMode mode);
+    /// Does nothing where nothing plays. A recording that runs goes on, in the mode it has; one
+    /// that is being completed is waited for. `schedule` is the name of the task that asks; may be
+    /// empty.
+    void start(BASS::RecordMode mode, const QString& schedule = {});
     void stop();
     /// Stops a recording, else starts one that is split.
     void toggle();
+    /// False as soon as the end has been asked for, although the file may still be written to.
     [[nodiscard]] bool isRecording() const;
+    /// The stream that is recorded will be left.
+    void leaveStream();
 
     /// Of the recording that runs; else of the last one.
     [[nodiscard]] const BASS::RecordingProgress& progress() const { return m_progress; }
@@ -38,7 +43,9 @@ class RecordController final : public QObject {
     void sig_message(const Message& message);
 
   private:
+    void begin();
     void recordingChanged(bool isRecording);
+    void finished();
     void fileOpened(const QString& path, const BASS::Song& song);
     void progressed(const BASS::RecordingProgress& progress);
     void failed(const BASS::RecordingError& error);
@@ -46,5 +53,8 @@ class RecordController final : public QObject {
     Player& m_player;
     const UiSettings& m_settings;
     BASS::RecordMode m_mode = BASS::RecordMode::Split; ///< asked for last
+    QString m_schedule;
+    bool m_isEnding = false;  ///< asked to stop, not yet finished
+    bool m_isPending = false; ///< to be started when the one that ends has finished
     BASS::RecordingProgress m_progress;
 };

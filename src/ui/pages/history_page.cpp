@@ -42,7 +42,7 @@ HistoryPage::HistoryPage(BASS::PlayedStations& played, PlayController& play, QWi
 
 void HistoryPage::open(int row) {
     if (row >= 0) {
-        m_play.play(m_model->stationAt(row));
+        m_play.requestPlay(m_model->stationAt(row));
     }
 }
 

@@ -1,0 +1,139 @@
+#include "ui/app_ui_settings.h"
+
+#include "app/app_settings.h"
+
+#include <QDir>
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+#include <algorithm>
+
+namespace {
+
+BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
+    if (mode != BASS::RecordMode::FromSettings) {
+        return mode;
+    }
+    // 1 is the engine's split mode; anything else is one file.
+    return setting == 1 ? BASS::RecordMode::Split : BASS::RecordMode::NoSplit;
+}
+
+/// "user:password@host:port"; empty: none.
+QString proxyText(const AppSettings& settings) {
+    const QString host = settings.Proxy();
+    if (host.isEmpty() || settings.ProxyDisabled()) {
+        return {};
+    }
+    QString text = host;
+    if (settings.ProxyPort().toInt() > 0) {
+        text += QLatin1Char(':') + settings.ProxyPort();
+    }
+    if (!settings.ProxyUsername().isEmpty()) {
+        text.prepend(settings.ProxyUsername() + QLatin1Char(':') + settings.ProxyPassword() +
+                     QLatin1Char('@'));
+    }
+    return text;
+}
+
+} // namespace
+
+int AppUiSettings::volume() const {
+    return m_settings.Volume();
+}
+
+void AppUiSettings::setVolume(int percent) {
+    m_settings.Volume.set(percent);
+}
+
+ThemeChoice AppUiSettings::theme() const {
+    return themeFromText(m_settings.Theme());
+}
+
+void AppUiSettings::setTheme(ThemeChoice choice) {
+    m_settings.Theme.set(themeToText(choice));
+}
+
+QByteArray AppUiSettings::windowGeometry(const QString& window) const {
+    return m_settings.RestoreWindowGeometry(window);
+}
+
+void AppUiSettings::setWindowGeometry(const QString& window, const QByteArray& geometry) {
+    m_settings.SaveWindowGeometry(window, geometry);
+}
+
+int AppUiSettings::lastPage() const {
+    return m_settings.LastUsedTab();
+}
+
+void AppUiSettings::setLastPage(int index) {
+    if (index != m_settings.LastUsedTab()) {
+        m_settings.LastUsedTab.set(index);
+    }
+}
+
+bool AppUiSettings::askOnExitIfRecording() const {
+    return m_settings.AskUserOnExitIfRecording();
+}
+
+bool AppUiSettings::autoPlayOnStart() const {
+    return m_settings.AutoPlayOnStart();
+}
+
+bool AppUiSettings::advancedScheduling() const {
+    return m_settings.AdvancedScheduling();
+}
+
+QString AppUiSettings::recordingFolder() const {
+    return QDir::fromNativeSeparators(m_settings.AppRecordingFolder());
+}
+
+BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
+                                                       const BASS::StationRecord& station,
+                                                       const QString& schedule) const {
+    BASS::RecordingOptions options;
+    options.mode = resolved(mode, m_settings.RecMode());
+    const RecordSplitting splitting =
+        options.mode == BASS::RecordMode::NoSplit ? RecordSplitting::Off : RecordSplitting::On;
+    options.folder = recordingFolder();
+    options.patternSplit = m_settings.RecPattern();
+    options.patternNoSplit = m_settings.RecPatternNoSplitting();
+    options.dateFormat = m_settings.RecDateFormat(splitting);
+    options.timeFormat = m_settings.RecTimeFormat(splitting);
+    options.invalidReplacement = m_settings.InvalidFileChar();
+    options.overwrite = m_settings.OverwriteRecFile();
+    options.isMp3CutByteExact = m_settings.RecMp3ByteExact();
+    // The station's own delay goes before the general one.
+    options.splitDelay =
+        std::chrono::milliseconds(station.splitDelayMs > 0 ? static_cast<int>(station.splitDelayMs)
+                                                           : m_settings.RecSplitDelayMs());
+    options.encoder = m_settings.EncodingStreamType();
+    options.station = {station.name, station.country, station.countryState, station.city, schedule};
+    return options;
+}
+
+EngineSettings AppUiSettings::engineSettings() const {
+    EngineSettings engine;
+    engine.userAgent = m_settings.UserAgent();
+    engine.outputDeviceName = m_settings.PlayOnDevicesName();
+    engine.outputDevice = m_settings.PlayOnDevices();
+    engine.bufferMs = m_settings.BufferSize();
+    engine.proxy = proxyText(m_settings);
+    engine.attempts = std::max(1, m_settings.Retries());
+    engine.timeoutSeconds = m_settings.TimeoutValue();
+    engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
+    engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
+    return engine;
+}
+
+QFont AppUiSettings::applicationFont() const {
+    const FontText text = m_settings.GetAppFont();
+    QFont font = QGuiApplication::font();
+    if (!text.stored.isEmpty() && font.fromString(text.stored)) {
+        return font;
+    }
+    if (QFontDatabase().families().contains(text.family)) {
+        font.setFamily(text.family);
+    }
+    font.setPointSize(text.pointSize);
+    return font;
+}

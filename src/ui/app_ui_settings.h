@@ -1,0 +1,39 @@
+#pragma once
+
+#include "engine/engine_types.h"
+#include "ui/ui_settings.h"
+
+#include <QFont>
+
+class AppSettings;
+
+/// The window's and the engine's preferences out of the settings store.
+///
+/// *Thread*: GUI. *Owner*: main(); the store outlives it.
+class AppUiSettings final : public UiSettings {
+  public:
+    explicit AppUiSettings(AppSettings& settings) : m_settings(settings) {}
+
+    [[nodiscard]] int volume() const override;
+    void setVolume(int percent) override;
+    [[nodiscard]] ThemeChoice theme() const override;
+    void setTheme(ThemeChoice choice) override;
+    [[nodiscard]] QByteArray windowGeometry(const QString& window) const override;
+    void setWindowGeometry(const QString& window, const QByteArray& geometry) override;
+    [[nodiscard]] int lastPage() const override;
+    void setLastPage(int index) override;
+    [[nodiscard]] bool askOnExitIfRecording() const override;
+    [[nodiscard]] bool autoPlayOnStart() const override;
+    [[nodiscard]] bool advancedScheduling() const override;
+    [[nodiscard]] QString recordingFolder() const override;
+    [[nodiscard]] BASS::RecordingOptions recordingOptions(BASS::RecordMode mode,
+                                                          const BASS::StationRecord& station,
+                                                          const QString& schedule) const override;
+
+    [[nodiscard]] EngineSettings engineSettings() const;
+    /// The font of the settings where the system has its family, else the system's own.
+    [[nodiscard]] QFont applicationFont() const;
+
+  private:
+    AppSettings& m_settings;
+};
