@@ -250,6 +250,9 @@ void AllSkylarkRadio::slot_connectLastStation() {
 }
 
 void AllSkylarkRadio::slot_bringToFont() {
+    if (!m_services.hasDisplay) {
+        return;
+    }
     if (isMinimized()) {
         showNormal();
     }
@@ -261,7 +264,7 @@ void AllSkylarkRadio::slot_bringToFont() {
 void AllSkylarkRadio::showAs(ShowMode mode) {
     if (mode == ShowMode::Normal) {
         slot_bringToFont();
-    } else {
+    } else if (m_services.hasDisplay) {
         showMinimized(); // without a tray icon a hidden window could not be found again
     }
 }
