@@ -4,8 +4,8 @@
 
 #include <memory>
 
-/// A named block of memory that the processes of one user share, with a lock that the system
-/// itself releases when its holder dies.
+/// A named block of memory that processes share, with a lock that the system itself releases when
+/// its holder dies.
 /// Linux: POSIX shared memory with flock(2). The System V segments and semaphores behind
 /// QSharedMemory survive a killed process, and the first process to leave takes the semaphore away
 /// from the others. Windows: QSharedMemory, whose objects go with their last holder.
@@ -13,8 +13,10 @@
 class SharedBlock {
   public:
     enum class Opened { Created, AlreadyThere, Failed };
+    /// Whose processes meet under the name.
+    enum class Scope { User, System };
 
-    SharedBlock(const QString& name, int bytes);
+    SharedBlock(const QString& name, int bytes, Scope scope);
     ~SharedBlock();
     Q_DISABLE_COPY_MOVE(SharedBlock)
 

@@ -40,13 +40,16 @@ bool lockDescriptor(int fd) {
 } // namespace
 
 struct SharedBlock::Private {
-    QByteArray name; ///< begins with "/", holds the user's id: users never share a block
-    std::size_t bytes;
+    QByteArray name;
+    std::size_t bytes = 0;
+    Scope scope = Scope::User;
     Descriptor fd;
     void* memory = nullptr;
+    int errorCode = 0;
     QString error;
 
     bool fail(int code) {
+        errorCode = code;
         error = QString::fromLocal8Bit(std::strerror(code));
         return false;
     }
@@ -65,7 +68,7 @@ struct SharedBlock::Private {
         struct stat info {};
         if (fstat(descriptor, &info) != 0)
             return fail(errno);
-        if (info.st_uid != geteuid())
+        if (scope == Scope::User && info.st_uid != geteuid())
             return fail(EACCES); // somebody else took the name
         if (info.st_size < static_cast<off_t>(bytes) &&
             ftruncate(descriptor, static_cast<off_t>(bytes)) != 0)
@@ -79,7 +82,11 @@ struct SharedBlock::Private {
 
     bool open(int flags) {
         const int descriptor = shm_open(name.constData(), O_RDWR | flags, S_IRUSR | S_IWUSR);
-        return descriptor < 0 ? fail(errno) : map(descriptor);
+        if (descriptor < 0)
+            return fail(errno);
+        if ((flags & O_CREAT) != 0 && scope == Scope::System)
+            fchmod(descriptor, 0666); // past the umask; somebody else's block refuses, rightly
+        return map(descriptor);
     }
 
     [[nodiscard]] bool isNamed() const {
@@ -88,10 +95,14 @@ struct SharedBlock::Private {
     }
 };
 
-SharedBlock::SharedBlock(const QString& name, int bytes) : d(std::make_unique<Private>()) {
-    d->name = "/wavelark-" + QByteArray::number(geteuid()) + '-' +
+SharedBlock::SharedBlock(const QString& name, int bytes, Scope scope)
+    : d(std::make_unique<Private>()) {
+    // The user's id in the name: users never share a block by accident.
+    const QByteArray owner = scope == Scope::User ? QByteArray::number(geteuid()) : "all";
+    d->name = "/wavelark-" + owner + '-' +
               QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha1).toHex();
     d->bytes = static_cast<std::size_t>(bytes);
+    d->scope = scope;
 }
 
 SharedBlock::~SharedBlock() {
@@ -101,7 +112,7 @@ SharedBlock::~SharedBlock() {
 SharedBlock::Opened SharedBlock::create() {
     if (d->open(O_CREAT | O_EXCL))
         return Opened::Created;
-    return errno == EEXIST ? Opened::AlreadyThere : Opened::Failed;
+    return d->errorCode == EEXIST ? Opened::AlreadyThere : Opened::Failed;
 }
 
 bool SharedBlock::attach() {

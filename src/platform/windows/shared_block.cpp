@@ -8,7 +8,7 @@ struct SharedBlock::Private {
     int bytes;
 };
 
-SharedBlock::SharedBlock(const QString& name, int bytes)
+SharedBlock::SharedBlock(const QString& name, int bytes, Scope)
     : d(std::make_unique<Private>(name, bytes)) {}
 
 SharedBlock::~SharedBlock() = default;

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "audio/audio_library.h"
+#include "audio/ffmpeg/mixer.h"
+#include "audio/ffmpeg/net_engine.h"
+#include "audio/ffmpeg/output_control.h"
+#include "audio/ffmpeg/stream_channel.h"
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace BASS {
+
+/// The embedded audio library: curl for the network, FFmpeg for decoding, SDL for the devices.
+/// Contract, threads and life as AudioLibrary says.
+///
+/// Where SDL_AUDIODRIVER is "dummy", device 0 is asked for or no device opens, sound is paced by
+/// the clock and goes nowhere (see NullOutput, which also names WAVELARK_NULL_SPEED).
+class FfmpegLibrary final : public AudioLibrary {
+  public:
+    FfmpegLibrary();
+    ~FfmpegLibrary() override;
+
+    [[nodiscard]] const char* Description() const override { return m_description.c_str(); }
+
+    bool Init(int device, DWORD freq, DWORD flags) override;
+    bool Free() override;
+    [[nodiscard]] int ErrorGetCode() const override;
+    bool SetDevice(DWORD device) override;
+    [[nodiscard]] DWORD GetDevice() const override;
+    bool GetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) override;
+    bool SetConfig(DWORD option, DWORD value) override;
+    [[nodiscard]] DWORD GetConfig(DWORD option) const override;
+    bool SetConfigPtr(DWORD option, const void* value) override;
+    HPLUGIN PluginLoad(const char* file) override;
+
+    HSTREAM StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    HSTREAM MP4_StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    HSTREAM FLAC_StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    HSTREAM HLS_StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    HSTREAM OPUS_StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    HSTREAM WMA_StreamCreateURL(
+        const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) override;
+    bool StreamCancel(void* user) override;
+    void SetTitleProc(TITLEPROC* proc) override { m_titleProc.store(proc); }
+
+    HSTREAM StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM AAC_StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM WMA_StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM OPUS_StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM FLAC_StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM MP4_StreamCreateFile(const void* file, DWORD flags) override;
+    HSTREAM HLS_StreamCreateFile(const void* file, DWORD flags) override;
+
+    bool StreamFree(HSTREAM handle) override;
+    QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) override;
+
+    bool ChannelPlay(DWORD handle, bool restart) override;
+    bool ChannelPause(DWORD handle) override;
+    bool ChannelStop(DWORD handle) override;
+    DWORD ChannelIsActive(DWORD handle) override;
+    bool ChannelGetInfo(DWORD handle, BASS_CHANNELINFO* info) override;
+    const char* ChannelGetTags(DWORD handle, DWORD tags) override;
+    bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) override;
+    bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) override;
+    bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) override;
+    bool ChannelIsSliding(DWORD handle, DWORD attribute) override;
+    HSYNC
+    ChannelSetSync(DWORD handle, DWORD type, QWORD param, SYNCPROC* proc, void* user) override;
+    bool ChannelRemoveSync(DWORD handle, HSYNC sync) override;
+    QWORD ChannelGetPosition(DWORD handle, DWORD mode) override;
+    bool ChannelSetPosition(DWORD handle, QWORD position, DWORD mode) override;
+    QWORD ChannelGetLength(DWORD handle, DWORD mode) override;
+    double ChannelBytes2Seconds(DWORD handle, QWORD bytes) override;
+    QWORD ChannelSeconds2Bytes(DWORD handle, double seconds) override;
+    DWORD ChannelGetLevel(DWORD handle) override;
+
+  private:
+    using Channel = std::shared_ptr<StreamChannel>;
+    using Accepts = bool(StreamFormat);
+    struct UrlArguments {
+        const void* url;
+        DWORD offset;
+        DWORD flags;
+        DOWNLOADPROC* proc;
+        void* user;
+    };
+
+    HSTREAM createUrl(const UrlArguments& arguments, Accepts* accepts);
+    HSTREAM createFile(const void* file, DWORD flags, Accepts* accepts);
+    HSTREAM finishCreate(const Channel& channel);
+    Channel newChannel(DWORD flags);
+    HttpRequest requestFor(const UrlArguments& arguments) const;
+    std::size_t fifoBound() const;
+    Channel find(DWORD handle) const;
+    bool freeChannel(DWORD handle);
+    std::vector<Channel> channels() const;
+    void runDispatcher();
+    static bool fail(int error);
+    static bool succeed();
+
+    std::string m_description;
+    Mixer m_mixer;
+    Semaphore m_signal; ///< something for the dispatcher
+    OutputControl m_output;
+    std::atomic<TITLEPROC*> m_titleProc{nullptr};
+    std::atomic<int> m_rate{44100};
+
+    mutable std::mutex m_mutex; ///< guards the tables, texts and options below
+    std::map<DWORD, Channel> m_channels;
+    std::multimap<void*, Channel> m_creating;
+    DWORD m_nextHandle = 0x80000001;
+    std::map<DWORD, DWORD> m_options;
+    std::string m_userAgent;
+    std::string m_proxy;
+    std::string m_deviceName;
+    std::string m_deviceDriver;
+
+    std::unique_ptr<NetEngine> m_net;
+    std::atomic<bool> m_isStopping{false};
+    std::thread m_dispatcher;
+};
+
+} // namespace BASS

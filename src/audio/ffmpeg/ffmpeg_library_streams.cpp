@@ -1,0 +1,216 @@
+#include "audio/ffmpeg/ffmpeg_library.h"
+#include "audio/ffmpeg/url_text.h"
+
+#include <algorithm>
+
+namespace BASS {
+namespace {
+
+// Which formats each create function takes: what the engine's fallbacks rely on.
+bool takesGeneric(StreamFormat format) {
+    switch (format) {
+    case StreamFormat::Mpeg:
+    case StreamFormat::Adts:
+    case StreamFormat::OggVorbis:
+    case StreamFormat::OggOpus:
+    case StreamFormat::OggFlac:
+    case StreamFormat::Wav:
+    case StreamFormat::Aiff:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool takesMp4(StreamFormat format) {
+    return format == StreamFormat::Mp4 || format == StreamFormat::Adts;
+}
+
+bool takesAac(StreamFormat format) {
+    return format == StreamFormat::Adts;
+}
+
+bool takesFlac(StreamFormat format) {
+    return format == StreamFormat::Flac || format == StreamFormat::OggFlac;
+}
+
+bool takesOpus(StreamFormat format) {
+    return format == StreamFormat::OggOpus;
+}
+
+bool takesWma(StreamFormat format) {
+    return format == StreamFormat::Asf;
+}
+
+/// A decoder behind by more than this is a listener who paused.
+constexpr std::size_t kSmallestBuffer = 512 * 1024;
+constexpr std::size_t kLargestBuffer = 8 * 1024 * 1024;
+constexpr std::size_t kBytesPerMs = 192; // lossless audio with room to spare
+
+} // namespace
+
+HSTREAM FfmpegLibrary::StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesGeneric);
+}
+
+HSTREAM FfmpegLibrary::MP4_StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesMp4);
+}
+
+HSTREAM FfmpegLibrary::FLAC_StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesFlac);
+}
+
+HSTREAM FfmpegLibrary::HLS_StreamCreateURL(const void* /*url*/,
+                                           DWORD /*offset*/,
+                                           DWORD /*flags*/,
+                                           DOWNLOADPROC* /*proc*/,
+                                           void* /*user*/) {
+    fail(BASS_ERROR_CODEC);
+    return 0;
+}
+
+HSTREAM FfmpegLibrary::OPUS_StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesOpus);
+}
+
+HSTREAM FfmpegLibrary::WMA_StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesWma);
+}
+
+HSTREAM FfmpegLibrary::StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesGeneric);
+}
+
+HSTREAM FfmpegLibrary::AAC_StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesAac);
+}
+
+HSTREAM FfmpegLibrary::WMA_StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesWma);
+}
+
+HSTREAM FfmpegLibrary::OPUS_StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesOpus);
+}
+
+HSTREAM FfmpegLibrary::FLAC_StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesFlac);
+}
+
+HSTREAM FfmpegLibrary::MP4_StreamCreateFile(const void* file, DWORD flags) {
+    return createFile(file, flags, takesMp4);
+}
+
+HSTREAM FfmpegLibrary::HLS_StreamCreateFile(const void* /*file*/, DWORD /*flags*/) {
+    fail(BASS_ERROR_CODEC);
+    return 0;
+}
+
+FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
+    StreamChannel::Context context;
+    context.flags = flags;
+    context.rate = m_rate.load();
+    context.mixer = &m_mixer;
+    context.signal = &m_signal;
+    const std::lock_guard lock(m_mutex);
+    context.handle = m_nextHandle++;
+    return std::make_shared<StreamChannel>(context);
+}
+
+std::size_t FfmpegLibrary::fifoBound() const {
+    const std::size_t wanted = std::size_t{GetConfig(BASS_CONFIG_NET_BUFFER)} * kBytesPerMs;
+    return std::clamp(wanted, kSmallestBuffer, kLargestBuffer);
+}
+
+HttpRequest FfmpegLibrary::requestFor(const UrlArguments& arguments) const {
+    HttpRequest request;
+    request.url = requestUrl(utf8Text(arguments.url, (arguments.flags & BASS_UNICODE) != 0));
+    request.offset = arguments.offset;
+    request.answerTimeout = std::chrono::milliseconds(GetConfig(BASS_CONFIG_NET_TIMEOUT));
+    request.readTimeout = std::chrono::milliseconds(GetConfig(BASS_CONFIG_NET_READTIMEOUT));
+    const std::lock_guard lock(m_mutex);
+    request.userAgent = m_userAgent;
+    request.proxy = m_proxy;
+    return request;
+}
+
+HSTREAM FfmpegLibrary::createUrl(const UrlArguments& arguments, Accepts* accepts) {
+    if (!m_output.isOpen() || arguments.url == nullptr) {
+        fail(m_output.isOpen() ? BASS_ERROR_ILLPARAM : BASS_ERROR_INIT);
+        return 0;
+    }
+    const Channel channel = newChannel(arguments.flags);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_creating.emplace(arguments.user, channel);
+    }
+    StreamTap::Callbacks callbacks;
+    callbacks.download = arguments.proc;
+    callbacks.title = m_titleProc.load();
+    callbacks.user = arguments.user;
+    callbacks.wantsHeaders = (arguments.flags & BASS_STREAM_STATUS) != 0;
+    channel->openUrl(*m_net, requestFor(arguments), std::move(callbacks), fifoBound(), accepts);
+    const HSTREAM handle = finishCreate(channel);
+
+    const std::lock_guard lock(m_mutex);
+    const auto [from, to] = m_creating.equal_range(arguments.user);
+    m_creating.erase(
+        std::find_if(from, to, [&channel](const auto& entry) { return entry.second == channel; }));
+    return handle;
+}
+
+HSTREAM FfmpegLibrary::createFile(const void* file, DWORD flags, Accepts* accepts) {
+    if (!m_output.isOpen() || file == nullptr) {
+        fail(m_output.isOpen() ? BASS_ERROR_ILLPARAM : BASS_ERROR_INIT);
+        return 0;
+    }
+    const Channel channel = newChannel(flags);
+    if (!channel->openFile(filePath(file, (flags & BASS_UNICODE) != 0), accepts)) {
+        fail(BASS_ERROR_FILEOPEN);
+        return 0;
+    }
+    return finishCreate(channel);
+}
+
+HSTREAM FfmpegLibrary::finishCreate(const Channel& channel) {
+    const int error = channel->waitReady();
+    if (error != BASS_OK) {
+        channel->close();
+        fail(error);
+        return 0;
+    }
+    const std::lock_guard lock(m_mutex);
+    m_channels.emplace(channel->handle(), channel);
+    succeed();
+    return channel->handle();
+}
+
+bool FfmpegLibrary::StreamCancel(void* user) {
+    const std::lock_guard lock(m_mutex);
+    const auto [from, to] = m_creating.equal_range(user);
+    std::for_each(from, to, [](const auto& entry) { entry.second->cancel(); });
+    return from != to ? succeed() : fail(BASS_ERROR_NOTAVAIL);
+}
+
+bool FfmpegLibrary::StreamFree(HSTREAM handle) {
+    return freeChannel(handle);
+}
+
+QWORD FfmpegLibrary::StreamGetFilePosition(HSTREAM handle, DWORD mode) {
+    constexpr QWORD kFailed = ~QWORD{0};
+    const Channel channel = find(handle);
+    if (!channel)
+        return kFailed;
+    const QWORD position = channel->filePosition(mode);
+    if (position == kFailed)
+        fail(BASS_ERROR_NOTAVAIL);
+    return position;
+}
+
+} // namespace BASS

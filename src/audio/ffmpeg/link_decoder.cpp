@@ -1,0 +1,428 @@
+#include "audio/ffmpeg/link_decoder.h"
+
+#include "audio/frame_header.h"
+#include "base/log.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/channel_layout.h>
+#include <libavutil/opt.h>
+#include <libswresample/swresample.h>
+}
+
+#include <algorithm>
+#include <cstdio>
+
+namespace BASS {
+namespace {
+
+constexpr int kIoBytes = 4096;
+constexpr int kOutChannels = 2;
+/// Bad packets in a row after which a stream is given up: about ten seconds of audio.
+constexpr int kMaxBadInRow = 500;
+
+const char* demuxerName(StreamFormat format) {
+    switch (format) {
+    case StreamFormat::Mpeg:
+        return "mp3";
+    case StreamFormat::Adts:
+        return "aac";
+    case StreamFormat::OggVorbis:
+    case StreamFormat::OggOpus:
+    case StreamFormat::OggFlac:
+        return "ogg";
+    case StreamFormat::Flac:
+        return "flac";
+    case StreamFormat::Mp4:
+        return "mov";
+    case StreamFormat::Wav:
+        return "wav";
+    case StreamFormat::Aiff:
+        return "aiff";
+    case StreamFormat::Asf:
+        return "asf";
+    case StreamFormat::None:
+        break;
+    }
+    return nullptr;
+}
+
+struct FreePacket {
+    void operator()(AVPacket* p) const { av_packet_free(&p); }
+};
+struct FreeFrame {
+    void operator()(AVFrame* p) const { av_frame_free(&p); }
+};
+struct FreeCodec {
+    void operator()(AVCodecContext* p) const { avcodec_free_context(&p); }
+};
+struct FreeFormat {
+    void operator()(AVFormatContext* p) const { avformat_close_input(&p); }
+};
+struct FreeIo {
+    void operator()(AVIOContext* p) const {
+        av_freep(&p->buffer);
+        avio_context_free(&p);
+    }
+};
+struct FreeSwr {
+    void operator()(SwrContext* p) const { swr_free(&p); }
+};
+
+/// The shape of decoded frames; the resampler is made anew when it changes.
+struct Shape {
+    int rate = 0;
+    int format = -1;
+    int channels = 0;
+    std::uint64_t mask = 0;
+    bool operator==(const Shape& o) const {
+        return rate == o.rate && format == o.format && channels == o.channels && mask == o.mask;
+    }
+};
+
+Shape shapeOf(const AVFrame& frame) {
+    const auto& layout = frame.ch_layout;
+    return {frame.sample_rate,
+            frame.format,
+            layout.nb_channels,
+            layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
+}
+
+} // namespace
+
+struct LinkDecoder::State {
+    State(int rate, ByteSource from) : outputRate(rate), source(std::move(from)) {}
+
+    const int outputRate;
+    ByteSource source;
+    std::int64_t place = 0;
+    bool isAborted = false;
+    // freed from the last to the first
+    std::unique_ptr<AVIOContext, FreeIo> io;
+    std::unique_ptr<AVFormatContext, FreeFormat> format;
+    std::unique_ptr<AVCodecContext, FreeCodec> codec;
+    std::unique_ptr<SwrContext, FreeSwr> swr;
+    std::unique_ptr<AVPacket, FreePacket> packet{av_packet_alloc()};
+    std::unique_ptr<AVFrame, FreeFrame> frame{av_frame_alloc()};
+    AVStream* stream = nullptr;
+    Shape shape;
+    int swrChannels = kOutChannels; ///< mono is doubled here: the resampler would lower it by 3 dB
+    ReservoirGate gate;
+    bool isGated = false;
+    int fadeLeft = 0; ///< frames of fade-in still to do
+    int fadeFrames = 0;
+    int badInRow = 0;
+    bool isDraining = false;
+    double dropBefore = -1.0; ///< seconds; after a jump
+    std::vector<float> mono;
+    Block block;
+    Info info;
+    double seconds = 0.0; ///< of decoded packets, with the next one the measured bitrate
+    std::uint64_t packetBytes = 0;
+
+    static int readBytes(void* self, std::uint8_t* out, int max);
+    static std::int64_t seekBytes(void* self, std::int64_t offset, int whence);
+    bool openFormat(const AVInputFormat* input, bool isProbed);
+    bool openCodec();
+    Step readPacket();
+    Step decode(const AVPacket* in);
+    void takeFrame();
+    bool makeResampler();
+    void resample(const AVFrame* in);
+    void append(const float* samples, int frames);
+    void fadeIn(std::size_t from);
+    void measure(const AVPacket& in);
+};
+
+int LinkDecoder::State::readBytes(void* self, std::uint8_t* out, int max) {
+    auto* const state = static_cast<State*>(self);
+    const int got = state->source.read(out, max);
+    if (got > 0) {
+        state->place += got;
+        return got;
+    }
+    state->isAborted = got == ByteSource::kAborted;
+    return state->isAborted ? AVERROR_EXIT : AVERROR_EOF;
+}
+
+std::int64_t LinkDecoder::State::seekBytes(void* self, std::int64_t offset, int whence) {
+    auto* const state = static_cast<State*>(self);
+    if ((whence & AVSEEK_SIZE) != 0)
+        return state->source.size > 0 ? state->source.size : -1;
+    std::int64_t target = offset;
+    const int from = whence & ~AVSEEK_FORCE;
+    if (from == SEEK_CUR)
+        target += state->place;
+    else if (from == SEEK_END)
+        target += state->source.size;
+    const std::int64_t reached = state->source.seek(target);
+    if (reached >= 0)
+        state->place = reached;
+    return reached;
+}
+
+LinkDecoder::LinkDecoder(int outputRate, ByteSource source)
+    : m_state(std::make_unique<State>(outputRate, std::move(source))) {}
+
+LinkDecoder::~LinkDecoder() = default;
+
+const LinkDecoder::Block& LinkDecoder::block() const {
+    return m_state->block;
+}
+
+LinkDecoder::Info LinkDecoder::info() const {
+    return m_state->info;
+}
+
+bool LinkDecoder::open(StreamFormat format) {
+    const char* const name = demuxerName(format);
+    const AVInputFormat* const input = name != nullptr ? av_find_input_format(name) : nullptr;
+    if (input == nullptr)
+        return false;
+    m_state->isGated = format == StreamFormat::Mpeg;
+    return m_state->openFormat(input, m_state->source.seek != nullptr) && m_state->openCodec();
+}
+
+bool LinkDecoder::State::openFormat(const AVInputFormat* input, bool isProbed) {
+    auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBytes));
+    io.reset(avio_alloc_context(
+        buffer, kIoBytes, 0, this, &readBytes, nullptr, source.seek ? &seekBytes : nullptr));
+    if (!source.seek)
+        io->seekable = 0;
+    AVFormatContext* context = avformat_alloc_context();
+    context->pb = io.get();
+    context->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_DISCARD_CORRUPT;
+    if (!isProbed) { // a live stream is not looked at ahead: each read-ahead second is a later
+                     // start
+        context->flags |= AVFMT_FLAG_NOBUFFER;
+        context->probesize = kIoBytes;
+    }
+    if (avformat_open_input(&context, nullptr, input, nullptr) < 0)
+        return false; // has freed the context
+    format.reset(context);
+    if (isProbed && avformat_find_stream_info(format.get(), nullptr) < 0)
+        return false;
+    return true;
+}
+
+bool LinkDecoder::State::openCodec() {
+    const AVCodec* decoder = nullptr;
+    int index = av_find_best_stream(format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
+    if (index < 0 && format->nb_streams > 0 &&
+        format->streams[0]->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
+        index = 0; // parameters come with the first packet
+        decoder = avcodec_find_decoder(format->streams[0]->codecpar->codec_id);
+    }
+    if (index < 0 || decoder == nullptr)
+        return false;
+    stream = format->streams[index];
+    for (unsigned n = 0; n < format->nb_streams; ++n)
+        if (static_cast<int>(n) != index)
+            format->streams[n]->discard = AVDISCARD_ALL;
+    codec.reset(avcodec_alloc_context3(decoder));
+    if (avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
+        return false;
+    codec->thread_count = 1;
+    codec->pkt_timebase = stream->time_base;
+    return avcodec_open2(codec.get(), decoder, nullptr) >= 0;
+}
+
+LinkDecoder::Step LinkDecoder::step() {
+    State& s = *m_state;
+    s.block.samples.clear();
+    s.block.hasPosition = false;
+    return s.readPacket();
+}
+
+LinkDecoder::Step LinkDecoder::State::readPacket() {
+    if (isDraining)
+        return Step::End;
+    const int result = av_read_frame(format.get(), packet.get());
+    if (isAborted)
+        return Step::Aborted;
+    if (result == AVERROR_EOF || (result < 0 && avio_feof(io.get()) != 0)) {
+        isDraining = true;
+        decode(nullptr);
+        resample(nullptr);
+        return block.samples.empty() ? Step::End : Step::Audio;
+    }
+    if (result < 0)
+        return ++badInRow > kMaxBadInRow ? Step::Broken : Step::Nothing;
+    if (packet->stream_index != stream->index) {
+        av_packet_unref(packet.get());
+        return Step::Nothing;
+    }
+    const Step step = decode(packet.get());
+    av_packet_unref(packet.get());
+    return step;
+}
+
+LinkDecoder::Step LinkDecoder::State::decode(const AVPacket* in) {
+    auto verdict = ReservoirGate::Verdict::Play;
+    if (in != nullptr) {
+        measure(*in);
+        block.hasPosition = in->pos >= 0;
+        block.position = in->pos >= 0 ? static_cast<std::uint64_t>(in->pos) : 0;
+        if (isGated)
+            verdict = gate.judge(in->data, static_cast<std::size_t>(in->size));
+    }
+    bool isGood = avcodec_send_packet(codec.get(), in) >= 0;
+    while (isGood && avcodec_receive_frame(codec.get(), frame.get()) >= 0) {
+        badInRow = -1;
+        if (verdict == ReservoirGate::Verdict::PlayFirst && fadeFrames == 0)
+            fadeLeft = fadeFrames = outputRate / 100;
+        if (verdict != ReservoirGate::Verdict::Drop)
+            takeFrame();
+        av_frame_unref(frame.get());
+    }
+    if (++badInRow > kMaxBadInRow)
+        return Step::Broken;
+    return block.samples.empty() ? Step::Nothing : Step::Audio;
+}
+
+void LinkDecoder::State::takeFrame() {
+    if (dropBefore >= 0.0 && frame->pts != AV_NOPTS_VALUE) {
+        const double at = static_cast<double>(frame->pts) * av_q2d(stream->time_base);
+        const double end = at + static_cast<double>(frame->nb_samples) / frame->sample_rate;
+        if (end <= dropBefore)
+            return;
+        dropBefore = -1.0;
+    }
+    const Shape now = shapeOf(*frame);
+    if (!(now == shape)) {
+        resample(nullptr); // the old one's rest
+        shape = now;
+        if (!makeResampler())
+            return;
+    }
+    if (swr)
+        resample(frame.get());
+}
+
+bool LinkDecoder::State::makeResampler() {
+    swr.reset();
+    AVChannelLayout in{};
+    if (shape.mask != 0)
+        av_channel_layout_from_mask(&in, shape.mask);
+    else
+        av_channel_layout_default(&in, shape.channels);
+    swrChannels = std::min(shape.channels, kOutChannels);
+    AVChannelLayout out{};
+    av_channel_layout_default(&out, swrChannels);
+    SwrContext* context = nullptr;
+    const int result = swr_alloc_set_opts2(&context,
+                                           &out,
+                                           AV_SAMPLE_FMT_FLT,
+                                           outputRate,
+                                           &in,
+                                           static_cast<AVSampleFormat>(shape.format),
+                                           shape.rate,
+                                           0,
+                                           nullptr);
+    swr.reset(context);
+    if (result < 0 || swr_init(swr.get()) < 0) {
+        qCWarning(lcAudio, "no resampler rate=%d channels=%d", shape.rate, shape.channels);
+        swr.reset();
+        return false;
+    }
+    info.sampleRate = shape.rate;
+    info.channels = shape.channels;
+    info.bits = codec->bits_per_raw_sample > 0 ? codec->bits_per_raw_sample
+                                               : av_get_bits_per_sample(codec->codec_id);
+    info.isFloat =
+        codec->codec_id == AV_CODEC_ID_PCM_F32LE || codec->codec_id == AV_CODEC_ID_PCM_F64LE;
+    return true;
+}
+
+void LinkDecoder::State::resample(const AVFrame* in) {
+    if (!swr)
+        return;
+    const int inFrames = in != nullptr ? in->nb_samples : 0;
+    const int most = swr_get_out_samples(swr.get(), inFrames);
+    if (most <= 0)
+        return;
+    mono.resize(static_cast<std::size_t>(most) * static_cast<std::size_t>(swrChannels));
+    auto* out = reinterpret_cast<std::uint8_t*>(mono.data());
+    auto** const planes = in != nullptr ? in->extended_data : nullptr;
+    const int got =
+        swr_convert(swr.get(), &out, most, const_cast<const std::uint8_t**>(planes), inFrames);
+    if (got > 0)
+        append(mono.data(), got);
+}
+
+void LinkDecoder::State::append(const float* samples, int frames) {
+    const std::size_t from = block.samples.size();
+    const auto count = static_cast<std::size_t>(frames);
+    if (swrChannels == kOutChannels) {
+        block.samples.insert(block.samples.end(), samples, samples + count * kOutChannels);
+    } else {
+        block.samples.resize(from + count * kOutChannels);
+        for (std::size_t n = 0; n < count; ++n)
+            block.samples[from + 2 * n] = block.samples[from + 2 * n + 1] = samples[n];
+    }
+    if (fadeLeft > 0)
+        fadeIn(from);
+}
+
+void LinkDecoder::State::fadeIn(std::size_t from) {
+    for (std::size_t n = from; n + 1 < block.samples.size() && fadeLeft > 0; n += 2, --fadeLeft) {
+        const float gain =
+            static_cast<float>(fadeFrames - fadeLeft) / static_cast<float>(fadeFrames);
+        block.samples[n] *= gain;
+        block.samples[n + 1] *= gain;
+    }
+}
+
+void LinkDecoder::State::measure(const AVPacket& in) {
+    constexpr double kWindow = 30.0; // seconds after which older packets count half
+    const auto size = static_cast<std::size_t>(in.size);
+    double length = static_cast<double>(in.duration) * av_q2d(stream->time_base);
+    if (isGated) {
+        if (const auto header = parseMpegFrame(in.data, size)) {
+            info.layer = header->layer;
+            length = static_cast<double>(header->samples) / header->sampleRate;
+        }
+    }
+    if (length <= 0.0)
+        return;
+    seconds += length;
+    packetBytes += size;
+    info.bitrate =
+        static_cast<int>(static_cast<double>(packetBytes) * 8.0 / 1000.0 / seconds + 0.5);
+    if (seconds > kWindow) {
+        seconds /= 2.0;
+        packetBytes /= 2;
+    }
+}
+
+double LinkDecoder::duration() const {
+    const State& s = *m_state;
+    if (!s.format || !s.source.seek)
+        return 0.0;
+    if (s.format->duration > 0)
+        return static_cast<double>(s.format->duration) / AV_TIME_BASE;
+    return s.stream->duration > 0
+               ? static_cast<double>(s.stream->duration) * av_q2d(s.stream->time_base)
+               : 0.0;
+}
+
+bool LinkDecoder::seek(double seconds) {
+    State& s = *m_state;
+    if (!s.source.seek)
+        return false;
+    const double base = av_q2d(s.stream->time_base);
+    const auto start = s.stream->start_time != AV_NOPTS_VALUE ? s.stream->start_time : 0;
+    const auto target = static_cast<std::int64_t>(seconds / base) + start;
+    if (av_seek_frame(s.format.get(), s.stream->index, target, AVSEEK_FLAG_BACKWARD) < 0)
+        return false;
+    avcodec_flush_buffers(s.codec.get());
+    s.swr.reset();
+    s.shape = {};
+    s.gate.reset();
+    s.isDraining = false;
+    s.dropBefore = static_cast<double>(target) * base;
+    return true;
+}
+
+} // namespace BASS

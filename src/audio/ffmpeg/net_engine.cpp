@@ -1,0 +1,156 @@
+#include "audio/ffmpeg/net_engine.h"
+
+#include "audio/ffmpeg/http_transfer.h"
+#include "base/log.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace BASS {
+
+struct NetEngine::Loop {
+    Loop() : multi(curl_multi_init()) {}
+    ~Loop() {
+        while (!active.empty())
+            drop(active.back());
+        curl_multi_cleanup(multi);
+    }
+    Loop(const Loop&) = delete;
+    Loop& operator=(const Loop&) = delete;
+
+    void add(const std::shared_ptr<HttpTransfer>& transfer) {
+        transfer->begin();
+        if (curl_multi_add_handle(multi, transfer->handle()) != CURLM_OK) {
+            transfer->finish(CURLE_FAILED_INIT);
+            return;
+        }
+        active.push_back(transfer);
+    }
+
+    void drop(std::shared_ptr<HttpTransfer> transfer) {
+        const auto place = std::find(active.begin(), active.end(), transfer);
+        if (place == active.end())
+            return;
+        active.erase(place);
+        curl_multi_remove_handle(multi, transfer->handle());
+    }
+
+    void obey(const std::vector<Command>& commands) {
+        for (const Command& command : commands) {
+            if (command.what == What::Start)
+                add(command.transfer);
+            else if (command.what == What::Stop)
+                drop(command.transfer);
+            else if (std::find(active.begin(), active.end(), command.transfer) != active.end())
+                command.transfer->resume();
+        }
+    }
+
+    void reapFinished() {
+        int left = 0;
+        while (const CURLMsg* message = curl_multi_info_read(multi, &left)) {
+            if (message->msg != CURLMSG_DONE)
+                continue;
+            const CURL* const handle = message->easy_handle;
+            const int result = message->data.result;
+            const auto place =
+                std::find_if(active.begin(), active.end(), [handle](const auto& transfer) {
+                    return transfer->handle() == handle;
+                });
+            if (place == active.end())
+                continue;
+            const auto transfer = *place;
+            drop(transfer);
+            transfer->finish(result);
+        }
+    }
+
+    /// Ends what was silent for too long; returns the time until the next deadline.
+    std::chrono::milliseconds checkDeadlines() {
+        constexpr std::chrono::milliseconds kLongest = std::chrono::minutes(1);
+        const auto now = std::chrono::steady_clock::now();
+        auto next = kLongest;
+        const auto transfers = active;
+        for (const auto& transfer : transfers) {
+            const auto deadline = transfer->deadline();
+            if (deadline <= now) {
+                drop(transfer);
+                transfer->finish(CURLE_OPERATION_TIMEDOUT);
+                continue;
+            }
+            next = std::min(next,
+                            std::chrono::ceil<std::chrono::milliseconds>(std::min(
+                                deadline - now, std::chrono::steady_clock::duration(kLongest))));
+        }
+        return next;
+    }
+
+    CURLM* multi;
+    std::vector<std::shared_ptr<HttpTransfer>> active;
+};
+
+NetEngine::NetEngine() {
+    static const CURLcode isReady = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (isReady != CURLE_OK)
+        qCCritical(lcAudio, "network library does not start code=%d", static_cast<int>(isReady));
+    m_loop = std::make_unique<Loop>();
+}
+
+NetEngine::~NetEngine() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isStopping = true;
+    }
+    curl_multi_wakeup(m_loop->multi);
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void NetEngine::start(std::shared_ptr<HttpTransfer> transfer) {
+    post({What::Start, std::move(transfer)});
+}
+
+void NetEngine::stop(const std::shared_ptr<HttpTransfer>& transfer) {
+    post({What::Stop, transfer});
+}
+
+void NetEngine::resume(const std::shared_ptr<HttpTransfer>& transfer) {
+    post({What::Resume, transfer});
+}
+
+void NetEngine::post(Command command) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_commands.push_back(std::move(command));
+        if (!m_thread.joinable())
+            m_thread = std::thread([this] { run(); });
+    }
+    curl_multi_wakeup(m_loop->multi);
+}
+
+std::vector<NetEngine::Command> NetEngine::takeCommands() {
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_commands, {});
+}
+
+void NetEngine::run() {
+    const auto isStopping = [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_isStopping;
+    };
+    while (!isStopping()) {
+        m_loop->obey(takeCommands());
+        int running = 0;
+        curl_multi_perform(m_loop->multi, &running);
+        m_loop->reapFinished();
+        const auto wait = m_loop->checkDeadlines();
+        int ready = 0;
+        curl_multi_poll(m_loop->multi, nullptr, 0, static_cast<int>(wait.count()), &ready);
+    }
+    while (!m_loop->active.empty()) // on the thread that used them
+        m_loop->drop(m_loop->active.back());
+}
+
+} // namespace BASS

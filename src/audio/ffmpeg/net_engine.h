@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace BASS {
+
+class HttpTransfer;
+
+/// One thread for the connections of all streams. It wakes for data, deadlines and commands only.
+///
+/// *Thread*: any; transfers' callbacks come from its own thread. *Owner*: the library. *Life*: the
+/// thread starts with the first transfer; destroying it drops every transfer.
+class NetEngine {
+  public:
+    NetEngine();
+    ~NetEngine();
+    NetEngine(const NetEngine&) = delete;
+    NetEngine& operator=(const NetEngine&) = delete;
+
+    void start(std::shared_ptr<HttpTransfer> transfer);
+    /// Returns at once; the transfer is dropped soon after, without a further callback's result
+    /// being looked at.
+    void stop(const std::shared_ptr<HttpTransfer>& transfer);
+    /// A paused transfer goes on.
+    void resume(const std::shared_ptr<HttpTransfer>& transfer);
+
+  private:
+    struct Loop;
+
+    enum class What { Start, Stop, Resume };
+    struct Command {
+        What what;
+        std::shared_ptr<HttpTransfer> transfer;
+    };
+
+    void post(Command command);
+    void run();
+    std::vector<Command> takeCommands();
+
+    std::unique_ptr<Loop> m_loop; ///< its handle may be woken from any thread, the rest is run()'s
+    std::mutex m_mutex;           ///< guards m_commands, m_isStopping and the thread's start
+    std::vector<Command> m_commands;
+    bool m_isStopping = false;
+    std::thread m_thread;
+};
+
+} // namespace BASS

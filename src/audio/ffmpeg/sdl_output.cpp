@@ -1,0 +1,96 @@
+#include "audio/ffmpeg/sdl_output.h"
+
+#include "audio/ffmpeg/mixer.h"
+#include "base/log.h"
+
+#include <SDL.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace BASS {
+namespace {
+
+constexpr std::uint16_t kBlockFrames = 1024; // 23 ms at 44.1 kHz
+
+void renderBlock(void* mixer, Uint8* out, int bytes) {
+    static_cast<Mixer*>(mixer)->render(reinterpret_cast<float*>(out),
+                                       static_cast<std::size_t>(bytes) /
+                                           (sizeof(float) * Voice::kChannels));
+}
+
+} // namespace
+
+std::unique_ptr<SdlOutput>
+SdlOutput::open(Mixer& mixer, std::uint32_t rate, const std::string& name) {
+    SDL_AudioSpec wanted{};
+    wanted.freq = static_cast<int>(rate);
+    wanted.format = AUDIO_F32SYS;
+    wanted.channels = Voice::kChannels;
+    wanted.samples = kBlockFrames;
+    wanted.callback = renderBlock;
+    wanted.userdata = &mixer;
+    SDL_AudioSpec got{};
+    const SDL_AudioDeviceID device =
+        SDL_OpenAudioDevice(name.empty() ? nullptr : name.c_str(), 0, &wanted, &got, 0);
+    if (device == 0) {
+        qCWarning(
+            lcAudio, "output does not open device=%s reason=%s", name.c_str(), SDL_GetError());
+        return nullptr;
+    }
+    SDL_PauseAudioDevice(device, 0);
+    return std::unique_ptr<SdlOutput>(new SdlOutput(device));
+}
+
+SdlOutput::~SdlOutput() {
+    SDL_CloseAudioDevice(m_device);
+}
+
+bool SdlOutput::isLost() const {
+    return SDL_GetAudioDeviceStatus(m_device) == SDL_AUDIO_STOPPED;
+}
+
+SdlAudio::SdlAudio() {
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Wavelark");
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
+    m_isUp = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
+    if (!m_isUp)
+        qCWarning(lcAudio, "no audio driver reason=%s", SDL_GetError());
+}
+
+SdlAudio::~SdlAudio() {
+    if (m_isUp)
+        SDL_QuitSubSystem(SDL_INIT_AUDIO);
+}
+
+std::string SdlAudio::driver() const {
+    const char* const name = m_isUp ? SDL_GetCurrentAudioDriver() : nullptr;
+    return name != nullptr ? name : "";
+}
+
+std::vector<SdlDevice> SdlAudio::devices() const {
+    std::vector<SdlDevice> result;
+    if (!m_isUp)
+        return result;
+    char* defaultName = nullptr;
+    SDL_AudioSpec spec{};
+    if (SDL_GetDefaultAudioInfo(&defaultName, &spec, 0) != 0)
+        defaultName = nullptr;
+    const int count = SDL_GetNumAudioDevices(0);
+    for (int n = 0; n < count; ++n) {
+        const char* const name = SDL_GetAudioDeviceName(n, 0);
+        if (name == nullptr)
+            continue;
+        result.push_back({name, defaultName != nullptr && std::strcmp(name, defaultName) == 0});
+    }
+    SDL_free(defaultName);
+    return result;
+}
+
+bool SdlAudio::isDummyAsked() {
+    const char* const driver = std::getenv("SDL_AUDIODRIVER");
+    return driver != nullptr && std::strcmp(driver, "dummy") == 0;
+}
+
+} // namespace BASS

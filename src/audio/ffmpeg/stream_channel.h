@@ -1,0 +1,117 @@
+#pragma once
+
+#include "audio/ffmpeg/decode_worker.h"
+#include "audio/ffmpeg/net_engine.h"
+#include "audio/ffmpeg/stream_tap.h"
+#include "audio/ffmpeg/sync_table.h"
+#include "audio/ffmpeg/tag_timeline.h"
+#include "audio/ffmpeg/voice.h"
+
+#include <array>
+#include <condition_variable>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace BASS {
+
+class Mixer;
+
+/// One stream: its connection or file, its decoder, what is heard of it and who wants to know.
+///
+/// *Thread*: any; dispatch() on the dispatcher's. *Owner*: shared by the library's table and calls
+/// under way. *Life*: openUrl() or openFile(), waitReady(), use, close().
+class StreamChannel {
+  public:
+    struct Context {
+        HSTREAM handle = 0;
+        DWORD flags = 0;
+        int rate = 44100;
+        Mixer* mixer = nullptr;
+        Semaphore* signal = nullptr; ///< wakes the dispatcher
+    };
+
+    explicit StreamChannel(const Context& context);
+    ~StreamChannel();
+    StreamChannel(const StreamChannel&) = delete;
+    StreamChannel& operator=(const StreamChannel&) = delete;
+
+    void openUrl(NetEngine& net,
+                 HttpRequest request,
+                 StreamTap::Callbacks callbacks,
+                 std::size_t fifoBound,
+                 std::function<bool(StreamFormat)> accepts);
+    /// False where the file does not open.
+    bool openFile(const std::filesystem::path& path, std::function<bool(StreamFormat)> accepts);
+    /// Blocks until there is audio, or the reason why not.
+    int waitReady();
+    /// Ends waitReady() with BASS_ERROR_FILEOPEN.
+    void cancel();
+    /// Ends everything; no callback runs or begins after it returned.
+    void close();
+
+    [[nodiscard]] HSTREAM handle() const { return m_context.handle; }
+    [[nodiscard]] DWORD flags() const { return m_context.flags; }
+    [[nodiscard]] Voice& voice() { return m_voice; }
+    [[nodiscard]] SyncTable& syncs() { return m_syncs; }
+    [[nodiscard]] bool isFile() const { return m_file != nullptr; }
+    [[nodiscard]] DWORD activity() const;
+    void info(BASS_CHANNELINFO& out) const;
+    [[nodiscard]] int bitrate() const;
+    [[nodiscard]] double heardSeconds() const;
+    /// Seconds; 0: not known.
+    [[nodiscard]] double duration() const;
+    void seek(double seconds);
+    /// Between seconds and bytes of float samples of the source.
+    [[nodiscard]] QWORD bytes(double seconds) const;
+    [[nodiscard]] double seconds(QWORD bytes) const;
+    void setVolume(float value);
+    void slideVolume(float value, DWORD milliseconds);
+    void deviceLost() { post(BASS_SYNC_DEV_FAIL, 0); }
+    /// Null where there is none; valid until the next call with the same type.
+    const char* tags(DWORD type);
+    [[nodiscard]] QWORD filePosition(DWORD mode) const;
+
+    /// Calls the syncs of what has happened. True when it has ended and frees itself.
+    bool dispatch();
+
+  private:
+    void startWorker(DecoderInput& input, std::function<bool(StreamFormat)> accepts);
+    void becomeReady(int error);
+    void addTitle(TagTimeline::Entry entry);
+    void post(DWORD type, DWORD data);
+    void hearTitles();
+    void setTag(const TagTimeline::Entry& entry);
+
+    const Context m_context;
+    Voice m_voice;
+    SyncTable m_syncs;
+    NetEngine* m_net = nullptr;
+    std::shared_ptr<StreamTap> m_tap;
+    std::shared_ptr<HttpTransfer> m_transfer;
+    std::unique_ptr<DecoderInput> m_file;
+    std::unique_ptr<DecodeWorker> m_worker;
+
+    std::mutex m_volumeMutex;   ///< one change at a time
+    mutable std::mutex m_mutex; ///< guards all below
+    std::condition_variable m_readyChanged;
+    bool m_isReady = false;
+    bool m_isClosed = false;
+    int m_error = BASS_OK;
+    TagTimeline m_timeline;
+    std::string m_metaTag;
+    std::string m_oggTag;
+    bool m_hasMeta = false;
+    bool m_hasOgg = false;
+    struct Event {
+        DWORD type;
+        DWORD data;
+    };
+    std::deque<Event> m_events;
+    std::array<std::string, 8> m_given; ///< texts handed out by tags()
+};
+
+} // namespace BASS

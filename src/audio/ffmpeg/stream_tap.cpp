@@ -1,0 +1,131 @@
+#include "audio/ffmpeg/stream_tap.h"
+
+#include "audio/vorbis_comment.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace BASS {
+namespace {
+
+std::string zeroSeparated(const std::vector<std::string>& lines) {
+    std::string result;
+    for (const std::string& line : lines) {
+        result += line;
+        result += '\0';
+    }
+    return result;
+}
+
+} // namespace
+
+StreamTap::StreamTap(Callbacks callbacks, std::size_t fifoBound)
+    : m_callbacks(std::move(callbacks)), m_fifo(fifoBound) {}
+
+HttpHeaders StreamTap::headers() const {
+    const std::lock_guard lock(m_mutex);
+    return m_headers;
+}
+
+std::uint64_t StreamTap::length() const {
+    const std::lock_guard lock(m_mutex);
+    return m_length;
+}
+
+void StreamTap::answered(const HttpHeaders& headers, int /*status*/) {
+    const long long metaint = std::strtoll(headers.value("icy-metaint").c_str(), nullptr, 10);
+    m_icy.emplace(metaint, static_cast<IcyDemux::Sink&>(*this));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_headers = headers;
+        m_length =
+            metaint > 0 ? 0 : std::strtoull(headers.value("content-length").c_str(), nullptr, 10);
+    }
+    if (!m_callbacks.wantsHeaders || m_callbacks.download == nullptr)
+        return;
+    const std::string block = zeroSeparated(headers.lines) + '\0';
+    if (const CallbackGate::Pass pass(m_gate); pass)
+        m_callbacks.download(block.data(), 0, m_callbacks.user);
+}
+
+bool StreamTap::body(const std::uint8_t* data, std::size_t size) {
+    if (length() > 0 && m_fifo.mustWait(size))
+        return false;
+    if (!m_icy) // no header at all: HTTP/0.9
+        m_icy.emplace(0, static_cast<IcyDemux::Sink&>(*this));
+    m_icy->feed(data, size);
+    return true;
+}
+
+void StreamTap::ended(int error) {
+    if (m_ogg)
+        m_ogg->finish();
+    m_fifo.end(error);
+    const CallbackGate::Pass pass(m_gate);
+    if (!pass)
+        return;
+    if (m_callbacks.download != nullptr)
+        m_callbacks.download(nullptr, 0, m_callbacks.user);
+    if (m_callbacks.ended)
+        m_callbacks.ended();
+}
+
+void StreamTap::audio(const std::uint8_t* data, std::size_t size) {
+    if (m_isFirst) {
+        m_isFirst = false;
+        if (*data == 'O') // at most a few bytes are held back should it be no Ogg page after all
+            m_ogg.emplace(static_cast<OggLinkSplitter::Sink&>(*this));
+    }
+    if (m_ogg)
+        m_ogg->feed(data, size);
+    else
+        handOn(data, size);
+}
+
+void StreamTap::bytes(const std::uint8_t* data, std::size_t size) {
+    handOn(data, size);
+}
+
+void StreamTap::handOn(const std::uint8_t* data, std::size_t size) {
+    download(data, size);
+    m_fifo.push(data, size);
+    m_position += size;
+}
+
+void StreamTap::download(const void* buffer, std::size_t size) {
+    if (m_callbacks.download == nullptr)
+        return;
+    if (const CallbackGate::Pass pass(m_gate); pass)
+        m_callbacks.download(buffer, static_cast<DWORD>(size), m_callbacks.user);
+}
+
+void StreamTap::title(std::string_view block) {
+    if (block == m_lastTitle) // servers repeat the block every few seconds
+        return;
+    m_lastTitle = block;
+    tellTitle(BASS_TAG_META, m_lastTitle);
+}
+
+void StreamTap::linkBegins() {
+    m_fifo.mark({StreamMark::Kind::LinkStart, m_position, 0, {}});
+}
+
+void StreamTap::comments(const std::uint8_t* comments, std::size_t size) {
+    if (const auto parsed = parseVorbisComments(comments, size))
+        tellTitle(BASS_TAG_OGG, zeroSeparated(parsed->entries));
+}
+
+void StreamTap::headersComplete(const std::vector<std::uint8_t>& pages) {
+    m_fifo.setLinkHeaders(pages);
+}
+
+void StreamTap::tellTitle(DWORD type, const std::string& text) {
+    m_fifo.mark({StreamMark::Kind::Title, m_position, type, text});
+    if (m_callbacks.title == nullptr)
+        return;
+    const StreamTitle title{m_position, type, text.c_str(), static_cast<DWORD>(text.size())};
+    if (const CallbackGate::Pass pass(m_gate); pass)
+        m_callbacks.title(title, m_callbacks.user);
+}
+
+} // namespace BASS

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "audio/audio_library.h"
+#include "audio/ffmpeg/byte_fifo.h"
+#include "audio/ffmpeg/callback_gate.h"
+#include "audio/ffmpeg/http_transfer.h"
+#include "audio/ffmpeg/icy_demux.h"
+#include "audio/ogg_link_splitter.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace BASS {
+
+/// Where a connection's bytes divide: all of them to the engine (and its recorder), the same to the
+/// decoder's buffer, with the titles at their places.
+///
+/// *Thread*: the network thread; headers() and the like from any. *Owner*: shared by the channel
+/// and its transfer. *Life*: closeGate() before the user pointer dies.
+class StreamTap final : public TransferSink, private IcyDemux::Sink, private OggLinkSplitter::Sink {
+  public:
+    struct Callbacks {
+        DOWNLOADPROC* download = nullptr;
+        TITLEPROC* title = nullptr;
+        void* user = nullptr;
+        bool wantsHeaders = false;
+        std::function<void()> ended; ///< on the network thread, through the gate
+    };
+
+    StreamTap(Callbacks callbacks, std::size_t fifoBound);
+
+    [[nodiscard]] ByteFifo& fifo() { return m_fifo; }
+    /// No callback runs or begins after it returned.
+    void closeGate() { m_gate.close(); }
+    [[nodiscard]] HttpHeaders headers() const;
+    /// The body's size as the server says it; 0: endless.
+    [[nodiscard]] std::uint64_t length() const;
+
+    void answered(const HttpHeaders& headers, int status) override;
+    bool body(const std::uint8_t* data, std::size_t size) override;
+    void ended(int error) override;
+
+  private:
+    void audio(const std::uint8_t* data, std::size_t size) override;
+    void title(std::string_view block) override;
+    void bytes(const std::uint8_t* data, std::size_t size) override;
+    void linkBegins() override;
+    void comments(const std::uint8_t* comments, std::size_t size) override;
+    void headersComplete(const std::vector<std::uint8_t>& pages) override;
+
+    void handOn(const std::uint8_t* data, std::size_t size);
+    void tellTitle(DWORD type, const std::string& text);
+    void download(const void* buffer, std::size_t size);
+
+    const Callbacks m_callbacks;
+    CallbackGate m_gate;
+    ByteFifo m_fifo;
+    std::optional<IcyDemux> m_icy;
+    std::optional<OggLinkSplitter> m_ogg;
+    bool m_isFirst = true;
+    std::uint64_t m_position = 0; ///< audio bytes handed over
+    std::string m_lastTitle;
+
+    mutable std::mutex m_mutex; ///< guards the two below
+    HttpHeaders m_headers;
+    std::uint64_t m_length = 0;
+};
+
+} // namespace BASS

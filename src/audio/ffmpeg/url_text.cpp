@@ -1,0 +1,49 @@
+#include "audio/ffmpeg/url_text.h"
+
+#include <QString>
+
+#include <algorithm>
+
+namespace BASS {
+
+std::string utf8Text(const void* text, bool isWide) {
+    const QString result = isWide ? QString::fromUtf16(static_cast<const char16_t*>(text))
+                                  : QString::fromLatin1(static_cast<const char*>(text));
+    return result.toStdString();
+}
+
+std::filesystem::path filePath(const void* text, bool isWide) {
+    if (!isWide)
+        return {static_cast<const char*>(text)};
+    QString path = QString::fromUtf16(static_cast<const char16_t*>(text));
+    constexpr QLatin1String kScheme("file://");
+    if (path.startsWith(kScheme, Qt::CaseInsensitive))
+        path.remove(0, kScheme.size());
+    return std::filesystem::u8path(path.toStdString());
+}
+
+std::string requestUrl(const std::string& url) {
+    std::string text = url;
+    for (const char* const scheme : {"icyx://", "icy://"})
+        if (text.rfind(scheme, 0) == 0)
+            text.replace(0, std::char_traits<char>::length(scheme), "http://");
+    const std::size_t host = text.find("://");
+    const std::size_t path = text.find_first_of("/?", host == std::string::npos ? 0 : host + 3);
+    if (path == std::string::npos)
+        return text;
+    std::string result = text.substr(0, path);
+    for (const char c : text.substr(path)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte > 0x20 && byte < 0x7F) {
+            result += c;
+            continue;
+        }
+        constexpr char kHex[] = "0123456789ABCDEF";
+        result += '%';
+        result += kHex[byte >> 4];
+        result += kHex[byte & 15];
+    }
+    return result;
+}
+
+} // namespace BASS

@@ -1,0 +1,152 @@
+#include "audio/ffmpeg/voice.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace BASS {
+namespace {
+
+/// A volume set while it sounds moves there within this time: no click.
+constexpr std::uint32_t kDeclickMs = 10;
+/// After a stall the ring is filled this far, so that one late packet is no second stall.
+constexpr std::uint32_t kRefillMs = 500;
+
+std::uint32_t peakWord(float left, float right) {
+    const auto scale = [](float value) {
+        return static_cast<std::uint32_t>(std::lround(std::min(value, 1.0F) * 32768.0F));
+    };
+    return scale(left) | (scale(right) << 16);
+}
+
+} // namespace
+
+Voice::Voice(std::uint32_t rate, Semaphore& events) : m_rate(rate), m_signal(events) {}
+
+std::size_t Voice::write(const float* samples, std::size_t frames) {
+    const std::size_t room = m_ring.capacity() - m_ring.readable();
+    return m_ring.write(samples, std::min(room / kChannels, frames) * kChannels) / kChannels;
+}
+
+void Voice::waitForSpace() {
+    m_decoderWaits.store(true);
+    if (m_ring.readable() > m_ring.capacity() / 2)
+        m_space.wait();
+    m_decoderWaits.store(false);
+}
+
+void Voice::restartAt(std::uint64_t frame) {
+    const std::uint64_t written = m_ring.written();
+    m_skipTo.store(written);
+    m_base.store(static_cast<std::int64_t>(frame) - static_cast<std::int64_t>(written / kChannels));
+    m_hasEnded.store(false);
+    m_sourceEnded.store(false);
+}
+
+std::uint64_t Voice::writtenFrame() const {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(m_ring.written() / kChannels) +
+                                      m_base.load());
+}
+
+void Voice::setVolume(float value) {
+    const bool sounds = m_mode.load() == Mode::Playing;
+    m_gain.set(value, sounds ? m_rate * kDeclickMs / 1000 : 0);
+}
+
+void Voice::slideVolume(float value, std::uint32_t milliseconds) {
+    m_gain.slide(value, static_cast<std::uint32_t>(std::uint64_t{m_rate} * milliseconds / 1000));
+}
+
+std::uint64_t Voice::heardFrame() const {
+    const std::uint64_t ring = std::max(m_ring.consumed(), m_skipTo.load()) / kChannels;
+    return static_cast<std::uint64_t>(
+        std::max<std::int64_t>(0, static_cast<std::int64_t>(ring) + m_base.load()));
+}
+
+std::uint32_t Voice::level() const {
+    const std::uint32_t a = m_peak.load();
+    const std::uint32_t b = m_lastPeak.load();
+    return std::max(a & 0xFFFF, b & 0xFFFF) | (std::max(a >> 16, b >> 16) << 16);
+}
+
+std::uint32_t Voice::missingPercent() const {
+    if (!m_isStalled.load())
+        return 0;
+    const std::size_t wanted = std::size_t{m_rate} * kRefillMs / 1000;
+    const std::size_t there = std::min(bufferedFrames(), wanted);
+    return static_cast<std::uint32_t>(100 - there * 100 / wanted);
+}
+
+void Voice::raise(std::uint32_t events) {
+    if (events == 0)
+        return;
+    m_events.fetch_or(events);
+    m_signal.post();
+}
+
+bool Voice::isWaitingForRefill() {
+    if (!m_isStalled.load())
+        return false;
+    const std::size_t wanted = std::size_t{m_rate} * kRefillMs / 1000;
+    if (bufferedFrames() < wanted && !m_sourceEnded.load())
+        return true;
+    m_isStalled.store(false);
+    raise(kResumed);
+    return false;
+}
+
+void Voice::render(float* out, std::size_t frames) {
+    m_ring.skipTo(m_skipTo.load());
+    m_gain.takeCommand();
+    if (m_mode.load() != Mode::Playing || m_hasEnded.load() || isWaitingForRefill()) {
+        m_lastPeak.store(m_peak.exchange(0));
+        askForMore();
+        return;
+    }
+    const bool isLast = m_sourceEnded.load(); // before the ring is read: nothing can be missed
+    const std::size_t mixed = mix(out, frames);
+
+    std::uint32_t events = 0;
+    if (mixed < frames && isLast) {
+        m_hasEnded.store(true);
+        events |= kEnded;
+    } else if (mixed < frames) {
+        m_isStalled.store(true);
+        events |= kStalled;
+    }
+    std::uint64_t due = m_tagFrame.load();
+    if (due != kNever && (heardFrame() >= due || (events & kEnded) != 0) &&
+        m_tagFrame.compare_exchange_strong(due, kNever))
+        events |= kTagDue;
+    if (m_gain.takeSlideEnd())
+        events |= kSlideEnded;
+    raise(events);
+    askForMore();
+}
+
+void Voice::askForMore() {
+    if (m_ring.readable() <= m_ring.capacity() / 2 && m_decoderWaits.exchange(false))
+        m_space.post();
+}
+
+std::size_t Voice::mix(float* out, std::size_t frames) {
+    std::array<float, kChannels> peak{};
+    const auto add = [this, &out, &peak](const float* samples, std::size_t count) {
+        const bool isSteady = m_gain.isSteady();
+        float gain = m_gain.gain();
+        for (std::size_t n = 0; n + 1 < count; n += kChannels) {
+            if (!isSteady)
+                gain = m_gain.next();
+            peak[0] = std::max(peak[0], std::abs(samples[n]));
+            peak[1] = std::max(peak[1], std::abs(samples[n + 1]));
+            out[n] += samples[n] * gain;
+            out[n + 1] += samples[n + 1] * gain;
+        }
+        out += count;
+    };
+    const std::size_t mixed = m_ring.consume(frames * kChannels, add) / kChannels;
+    m_lastPeak.store(m_peak.exchange(peakWord(peak[0], peak[1])));
+    return mixed;
+}
+
+} // namespace BASS

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "audio/bass_defs.h"
+#include "audio/ffmpeg/gain_ramp.h"
+#include "audio/ffmpeg/semaphore.h"
+#include "audio/ffmpeg/spsc_ring.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+namespace BASS {
+
+/// What one stream gives to the output: a ring of decoded stereo frames with its volume, peaks and
+/// position.
+///
+/// *Thread*: three sides, marked below; each side is one thread at a time. *Life*: outlives its
+/// place in the Mixer.
+class Voice {
+  public:
+    enum class Mode { Stopped, Playing, Paused };
+    enum Event : std::uint32_t {
+        kTagDue = 1,
+        kStalled = 2,
+        kResumed = 4,
+        kSlideEnded = 8,
+        kEnded = 16,
+    };
+    static constexpr std::size_t kChannels = 2;
+    static constexpr std::size_t kCapacityFrames = 32768;
+    static constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
+
+    /// events: posted whenever takeEvents() has something new.
+    Voice(std::uint32_t rate, Semaphore& events);
+
+    // --- decode side ----------------------------------------------------------------------------
+    /// Returns the frames taken; the rest waits until waitForSpace() comes back.
+    std::size_t write(const float* samples, std::size_t frames);
+    /// Blocks until half of the ring is free, or wakeDecoder().
+    void waitForSpace();
+    void wakeDecoder() { m_space.post(); }
+    /// No more frames will come (or, after a jump, they will again).
+    void setSourceEnded(bool hasEnded) { m_sourceEnded.store(hasEnded); }
+    /// Drops what has not been heard; the next frame written is number `frame` of the source.
+    void restartAt(std::uint64_t frame);
+    /// Number that the next written frame will have.
+    [[nodiscard]] std::uint64_t writtenFrame() const;
+    [[nodiscard]] std::size_t bufferedFrames() const { return m_ring.readable() / kChannels; }
+
+    // --- control side ---------------------------------------------------------------------------
+    void setMode(Mode mode) { m_mode.store(mode); }
+    [[nodiscard]] Mode mode() const { return m_mode.load(); }
+    void setVolume(float value);
+    void slideVolume(float value, std::uint32_t milliseconds);
+    [[nodiscard]] const GainRamp& volume() const { return m_gain; }
+    [[nodiscard]] bool isStalled() const { return m_isStalled.load(); }
+    [[nodiscard]] bool hasEnded() const { return m_hasEnded.load(); }
+    /// Source frames heard.
+    [[nodiscard]] std::uint64_t heardFrame() const;
+    /// 0 to 32768 in the low (left) and high (right) half.
+    [[nodiscard]] std::uint32_t level() const;
+    /// Per cent still missing before a stalled voice goes on; 0 while it plays.
+    [[nodiscard]] std::uint32_t missingPercent() const;
+
+    // --- dispatcher -----------------------------------------------------------------------------
+    std::uint32_t takeEvents() { return m_events.exchange(0); }
+    /// kTagDue follows once this frame is heard; kNever disarms.
+    void armTag(std::uint64_t frame) { m_tagFrame.store(frame); }
+
+    // --- output callback ------------------------------------------------------------------------
+    /// Adds up to `frames` frames to `out`.
+    void render(float* out, std::size_t frames);
+
+  private:
+    std::size_t mix(float* out, std::size_t frames);
+    bool isWaitingForRefill();
+    void raise(std::uint32_t events);
+    void askForMore();
+
+    const std::uint32_t m_rate;
+    Semaphore& m_signal;
+    Semaphore m_space;
+    SpscRing<float> m_ring{kCapacityFrames * kChannels};
+    GainRamp m_gain;
+
+    std::atomic<Mode> m_mode{Mode::Stopped};
+    std::atomic<bool> m_decoderWaits{false};
+    std::atomic<bool> m_sourceEnded{false};
+    std::atomic<bool> m_isStalled{false};
+    std::atomic<bool> m_hasEnded{false};
+    std::atomic<std::uint64_t> m_skipTo{0}; ///< ring position before which nothing is heard
+    std::atomic<std::int64_t> m_base{0};    ///< source frame minus ring frame
+    std::atomic<std::uint64_t> m_tagFrame{kNever};
+    std::atomic<std::uint32_t> m_events{0};
+    std::atomic<std::uint32_t> m_peak{0};     ///< of the last block
+    std::atomic<std::uint32_t> m_lastPeak{0}; ///< of the block before
+};
+
+} // namespace BASS

@@ -1,0 +1,95 @@
+#!/usr/bin/env bash
+# Adds to the Windows sysroot what the program uses and the pack lacks, from Debian's source packages:
+# libogg, libvorbis, libopus, FFmpeg with their encoders and with mms and rtsp, Qt's SVG module.
+# Usage: WIN_SYSROOT=... tools/windows/extras.sh      (about three minutes once; then it costs nothing)
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+root=${WIN_SYSROOT:?}
+deps=$root/deps
+host=x86_64-w64-mingw32
+work=${WIN_WORK:-$root/work-extras}
+stamp=$root/.extras-$(sha256sum "$0" | cut -c1-12)
+[ -e "$stamp" ] && exit 0
+
+packages="cmake dpkg-dev make ninja-build pkg-config g++-mingw-w64-x86-64-posix libz-mingw-w64-dev mingw-w64-tools"
+# shellcheck disable=SC2086
+dpkg -s $packages > /dev/null 2>&1 || apt-get install -y -qq --no-install-recommends $packages > /dev/null
+
+fetch() { # source package: unpacked to $work/src/<package>
+    [ -d "$work/src/$1" ] && return
+    local list=/etc/apt/sources.list.d
+    if ! apt-cache showsrc "$1" 2> /dev/null | grep -q .; then
+        sed 's/^Types: deb$/Types: deb-src/' $list/debian.sources > $list/wavelark-src.sources
+        apt-get update -qq
+    fi
+    mkdir -p "$work/src"
+    (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" > /dev/null &&
+        dpkg-source --no-check -x "$1"_*.dsc "$1.new" > /dev/null && rm -f "$1"_* && mv "$1.new" "$1")
+}
+
+build() { # name, command...: in a build folder of its own, its output shown where it fails
+    local name=$1
+    shift
+    [ -e "$work/.done-$name" ] && return
+    rm -rf "${work:?}/$name"
+    mkdir -p "$work/$name"
+    echo "windows: building $name"
+    (cd "$work/$name" && renice -n 15 -p $BASHPID > /dev/null && "$@" > log 2>&1) || {
+        tail -n 30 "$work/$name/log" >&2
+        exit 1
+    }
+    touch "$work/.done-$name"
+}
+
+with_cmake() { # source package, options...
+    local source=$work/src/$1
+    shift
+    cmake -G Ninja "$source" -DCMAKE_TOOLCHAIN_FILE="$here/mingw.cmake" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_INSTALL_PREFIX="$deps" -DBUILD_SHARED_LIBS=OFF "$@" && ninja install
+}
+
+with_configure() { # source package, options...
+    local source=$work/src/$1
+    shift
+    "$source/configure" --host=$host --prefix="$deps" --disable-shared --enable-static "$@" &&
+        make -j "$(nproc)" install
+}
+
+ffmpeg() {
+    PKG_CONFIG_LIBDIR=$deps/lib/pkgconfig "$work/src/ffmpeg/configure" --prefix="$deps" \
+        --enable-cross-compile --cross-prefix=$host- --target-os=mingw32 --arch=x86_64 \
+        --pkg-config=pkg-config --pkg-config-flags=--static --disable-x86asm --enable-shared --disable-static \
+        --disable-debug --disable-doc --disable-programs --disable-autodetect --disable-everything \
+        --disable-avdevice --disable-avfilter --disable-swscale --disable-postproc --enable-w32threads \
+        --enable-network --enable-schannel --enable-zlib --enable-libmp3lame --enable-libvorbis --enable-libopus \
+        --extra-cflags="-I$deps/include" --extra-ldflags="-L$deps/lib" \
+        --enable-decoder=mp3,mp3float,mp2,mp2float,mp1,mp1float,aac,aac_latm,flac,vorbis,opus,wmav1,wmav2,wmapro,wmalossless,pcm_s16le,pcm_s16be,pcm_s24le,pcm_s24be,pcm_s32le,pcm_f32le,pcm_u8,alac,ac3 \
+        --enable-encoder=flac,aac,wmav2,libmp3lame,libvorbis,libopus,pcm_s16le,pcm_s24le,pcm_f32le \
+        --enable-demuxer=mp3,aac,flac,ogg,asf,hls,mpegts,mov,wav,aiff,loas,w64,concat,rtsp,sdp,rtp \
+        --enable-muxer=mp3,adts,flac,ogg,oga,opus,asf,wav,mpegts,ipod,mov,mp4,matroska,hls \
+        --enable-parser=mpegaudio,aac,aac_latm,flac,vorbis,opus,ac3 \
+        --enable-protocol=file,http,https,tcp,tls,udp,rtp,hls,crypto,pipe,data,mmsh,mmst \
+        --enable-bsf=aac_adtstoasc &&
+        make -j "$(nproc)" install
+}
+
+svg() {
+    # qmake was built for another folder; this file tells it where it stands now
+    printf '[Paths]\nPrefix=..\n' > "$root/qt/bin/qt.conf"
+    "$root/qt/bin/qmake" "$work/src/qtsvg-opensource-src" "QMAKE_CXXFLAGS+=-Wno-attributes" &&
+        make -j "$(nproc)" && make install
+}
+
+mkdir -p "$work"
+for package in libogg libvorbis opus ffmpeg qtsvg-opensource-src; do
+    fetch "$package"
+done
+build ogg with_cmake libogg -DINSTALL_DOCS=OFF -DBUILD_TESTING=OFF
+build vorbis with_cmake libvorbis
+build opus with_configure opus --disable-doc --disable-extra-programs --disable-hardening
+build ffmpeg ffmpeg
+build svg svg
+find "$deps/bin" "$root/qt/bin" "$root/qt/plugins" -name '*.dll' -exec $host-strip {} +
+sed -i "s|^prefix=.*|prefix=\${pcfiledir}/../..|; s|$deps|\${prefix}|g" "$deps"/lib/pkgconfig/*.pc
+rm -rf "$work"
+touch "$stamp"
