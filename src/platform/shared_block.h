@@ -29,7 +29,8 @@ class SharedBlock {
     /// that hold the lock see the same block.
     bool lock();
     bool unlock();
-    /// Drops the name, so that the last one to go leaves nothing behind. Only while locked.
+    /// Drops the name, so that the last one to go leaves nothing behind. Only while locked, and as the
+    /// last thing: from then on others may make the block anew.
     void remove();
 
     /// Null before create() or attach().

@@ -31,6 +31,12 @@ bool forward(const QString& link, const QString& text) {
     return second.waitForEnd() && second.exitCode() == 0 && second.output().contains("sent ");
 }
 
+/// Leaves nothing of the link behind.
+void end(Child& primary, const QString& link) {
+    EXPECT_TRUE(forward(link, QStringLiteral("quit")));
+    EXPECT_TRUE(primary.waitForEnd());
+}
+
 bool connectRaw(QLocalSocket& socket, const QString& name) {
     socket.connectToServer(localServerAddress(name));
     return socket.waitForConnected(5000);
@@ -48,13 +54,15 @@ TEST(Instance, ASecondStartHandsItsTextOver) {
         << second.output().constData();
     EXPECT_TRUE(first.waitForOutput("received 1 <a\n/url=\xc3\xa4> 9"));
     // Another link is another program.
-    Child stranger(instance(freshLink(), QStringLiteral("x")));
+    const QString otherLink = freshLink();
+    Child stranger(instance(otherLink, QStringLiteral("x")));
     EXPECT_TRUE(stranger.waitForOutput("primary"));
+    end(stranger, otherLink);
 
-    EXPECT_TRUE(forward(link, QStringLiteral("quit")));
-    EXPECT_TRUE(first.waitForEnd());
+    end(first, link);
     Child next(instance(link, QStringLiteral("-")));
     EXPECT_TRUE(next.waitForOutput("primary"));
+    end(next, link);
 }
 
 TEST(Instance, RefusedSecondariesEndWithZeroAndTellThePrimary) {
@@ -77,6 +85,9 @@ TEST(Instance, AKilledPrimaryIsReplacedByTheNextStart) {
         EXPECT_TRUE(first.waitForOutput("<hello>"));
         first.kill();
     }
+    Child last(instance(link, QStringLiteral("-")));
+    ASSERT_TRUE(last.waitForOutput("primary"));
+    end(last, link);
 }
 
 TEST(Instance, MessagesReachAPrimaryWhoseWindowIsBusy) {
@@ -109,7 +120,10 @@ TEST(Instance, OfFiftyStartsOneIsPrimaryAndGetsAllOthers) {
         EXPECT_EQ(std::count_if(children.begin(), children.end(), isPrimary), 1);
         EXPECT_TRUE(waitFor([&] { return primary.output().count("received ") == kStarts - 1; }))
             << primary.output().count("received ");
-        primary.kill();
+        if (round == 0)
+            primary.kill();
+        else
+            end(primary, link);
     }
 }
 
@@ -149,6 +163,7 @@ TEST(Instance, HostilePeersAreCutOffAndOthersServed) {
     }
     EXPECT_TRUE(forward(link, QStringLiteral("after the crowd")));
     EXPECT_TRUE(primary.waitForOutput("<after the crowd>"));
+    end(primary, link);
 }
 
 TEST(Instance, LongMessagesArriveWhole) {
@@ -157,4 +172,5 @@ TEST(Instance, LongMessagesArriveWhole) {
     ASSERT_TRUE(primary.waitForOutput("primary"));
     EXPECT_TRUE(forward(link, QString(120000, QLatin1Char('x'))));
     EXPECT_TRUE(primary.waitForOutput("> 120000"));
+    end(primary, link);
 }

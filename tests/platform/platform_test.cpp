@@ -1,0 +1,78 @@
+#include "platform/local_link.h"
+#include "platform/process.h"
+#include "platform/program_arguments.h"
+#include "platform/registry_guard.h"
+#include "platform/special_folders.h"
+#include "platform/user_name.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QUuid>
+
+#include <gtest/gtest.h>
+
+TEST(Platform, SpecialFoldersAndUserAreKnown) {
+    EXPECT_FALSE(programFolders().folders.isEmpty());
+    EXPECT_TRUE(QDir::isAbsolutePath(musicFolder()));
+    EXPECT_FALSE(userName().isEmpty());
+    EXPECT_EQ(shippedDataFolders(QStringLiteral("/usr/bin")).first(), QStringLiteral("/usr/bin"));
+    EXPECT_TRUE(shippedDataFolders(QStringLiteral("/usr/bin"))
+                    .contains(QStringLiteral("/usr/share/wavelark")));
+    EXPECT_EQ(installRegistryGuard(), 0);
+}
+
+TEST(Platform, TheUserIsKnownWithoutAnEnvironment) {
+    const QByteArray user = qgetenv("USER");
+    const QString before = userName();
+    qputenv("USER", "somebody-else");
+    EXPECT_EQ(userName(), before);
+    qputenv("USER", user);
+}
+
+TEST(Platform, OnlyALivingProcessOfThisProgramCounts) {
+    EXPECT_TRUE(isThisProgramRunning(QCoreApplication::applicationPid()));
+    for (const qint64 pid : {qint64{0}, qint64{-1}, qint64{1} << 40, qint64{0x7ffffff0}})
+        EXPECT_FALSE(isThisProgramRunning(pid)) << pid;
+
+    QProcess other;
+    other.start(QStringLiteral("cat"), {});
+    ASSERT_TRUE(other.waitForStarted());
+    const qint64 pid = other.processId();
+    EXPECT_FALSE(isThisProgramRunning(pid)); // lives, but is another program
+    other.kill();
+    other.waitForFinished();
+    EXPECT_FALSE(isThisProgramRunning(pid));
+}
+
+TEST(Platform, ArgumentsKeepEveryLetter) {
+    const char* const arguments[] = {"w", "/name=\xc3\xa4\xe2\x82\xac", "", "\xf0\x9f\x8e\xb5"};
+    const QStringList read = programArguments(4, arguments);
+    ASSERT_EQ(read.size(), 4);
+    EXPECT_EQ(read.at(1), QString::fromUtf8("/name=\xc3\xa4\xe2\x82\xac"));
+    EXPECT_TRUE(read.at(2).isEmpty());
+    EXPECT_EQ(read.at(3).toUtf8(), QByteArray("\xf0\x9f\x8e\xb5"));
+    // Not UTF-8: something is better than nothing.
+    const char* const latin[] = {"w", "/name=\xe4"};
+    EXPECT_TRUE(programArguments(2, latin).at(1).startsWith(QLatin1String("/name=")));
+}
+
+TEST(Platform, LocalPeersShowTheirUser) {
+    const QString address = localServerAddress(QUuid::createUuid().toString());
+    // The address does not follow the session's environment.
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/nowhere");
+    EXPECT_EQ(localServerAddress(QStringLiteral("x")), QStringLiteral("/tmp/x"));
+    qputenv("TMPDIR", before);
+
+    QLocalServer server;
+    ASSERT_TRUE(server.listen(address));
+    QLocalSocket socket;
+    socket.connectToServer(address);
+    ASSERT_TRUE(server.waitForNewConnection(5000));
+    EXPECT_TRUE(isPeerSameUser(server.nextPendingConnection()->socketDescriptor()));
+    EXPECT_TRUE(isPeerSameUser(socket.socketDescriptor()));
+    EXPECT_FALSE(isPeerSameUser(-1));
+}
