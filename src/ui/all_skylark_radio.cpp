@@ -287,6 +287,12 @@ void AllSkylarkRadio::showMessage(const Message& message) {
     emit sig_messageShown(message);
 }
 
+void AllSkylarkRadio::showNotes(const QStringList& notes) {
+    if (!notes.isEmpty()) {
+        showMessage({Message::Kind::Error, notes.join(QLatin1Char('\n')), {}, {}});
+    }
+}
+
 void AllSkylarkRadio::showPage(int index) {
     m_stack->setCurrentIndex(index);
     m_commands->pages.at(index)->setChecked(true);

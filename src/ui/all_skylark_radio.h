@@ -65,6 +65,8 @@ class AllSkylarkRadio : public QMainWindow {
     bool processArgs(const QStringList& arguments, bool isFromOtherInstance);
 
     void showMessage(const Message& message);
+    /// Sentences from before the window was there; one message for all of them.
+    void showNotes(const QStringList& notes);
     /// Completes a recording, then sig_quitRequested(); asks nobody. For signals of the system, end
     /// actions and closing.
     void finishAndQuit();
