@@ -250,6 +250,9 @@ void AllSkylarkRadio::slot_connectLastStation() {
 }
 
 void AllSkylarkRadio::slot_bringToFont() {
+    if (!m_services.hasDisplay) {
+        return;
+    }
     if (isMinimized()) {
         showNormal();
     }
@@ -261,7 +264,7 @@ void AllSkylarkRadio::slot_bringToFont() {
 void AllSkylarkRadio::showAs(ShowMode mode) {
     if (mode == ShowMode::Normal) {
         slot_bringToFont();
-    } else {
+    } else if (m_services.hasDisplay) {
         showMinimized(); // without a tray icon a hidden window could not be found again
     }
 }
@@ -282,6 +285,12 @@ void AllSkylarkRadio::showMessage(const Message& message) {
     m_log.append(m_services.clock.now().time(), message.text, message.kind == Message::Kind::Error);
     m_messages->showMessage(message);
     emit sig_messageShown(message);
+}
+
+void AllSkylarkRadio::showNotes(const QStringList& notes) {
+    if (!notes.isEmpty()) {
+        showMessage({Message::Kind::Error, notes.join(QLatin1Char('\n')), {}, {}});
+    }
 }
 
 void AllSkylarkRadio::showPage(int index) {

@@ -40,7 +40,8 @@ struct WindowServices {
     FolderOpener::OpenUrl openUrl;
     /// Puts the computer to sleep, hibernates or shuts it down. Empty: done; else why it was not.
     std::function<QString(EndAction)> power;
-    QStringList arguments; ///< of the process, the program path first
+    QStringList arguments;  ///< of the process, the program path first
+    bool hasDisplay = true; ///< false: the window is never shown, which saves its painting
 };
 
 /// The main window. It puts views and controllers together and holds no logic of its own.
@@ -64,6 +65,8 @@ class AllSkylarkRadio : public QMainWindow {
     bool processArgs(const QStringList& arguments, bool isFromOtherInstance);
 
     void showMessage(const Message& message);
+    /// Sentences from before the window was there; one message for all of them.
+    void showNotes(const QStringList& notes);
     /// Completes a recording, then sig_quitRequested(); asks nobody. For signals of the system, end
     /// actions and closing.
     void finishAndQuit();

@@ -1,6 +1,7 @@
 #include "ui/app_ui_settings.h"
 
 #include "app/app_settings.h"
+#include "app/application_proxy.h"
 
 #include <QDir>
 #include <QFontDatabase>
@@ -16,23 +17,6 @@ BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     }
     // 1 is the engine's split mode; anything else is one file.
     return setting == 1 ? BASS::RecordMode::Split : BASS::RecordMode::NoSplit;
-}
-
-/// "user:password@host:port"; empty: none.
-QString proxyText(const AppSettings& settings) {
-    const QString host = settings.Proxy();
-    if (host.isEmpty() || settings.ProxyDisabled()) {
-        return {};
-    }
-    QString text = host;
-    if (settings.ProxyPort().toInt() > 0) {
-        text += QLatin1Char(':') + settings.ProxyPort();
-    }
-    if (!settings.ProxyUsername().isEmpty()) {
-        text.prepend(settings.ProxyUsername() + QLatin1Char(':') + settings.ProxyPassword() +
-                     QLatin1Char('@'));
-    }
-    return text;
 }
 
 } // namespace
@@ -117,7 +101,7 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.outputDeviceName = m_settings.PlayOnDevicesName();
     engine.outputDevice = m_settings.PlayOnDevices();
     engine.bufferMs = m_settings.BufferSize();
-    engine.proxy = proxyText(m_settings);
+    engine.proxy = audioProxyText(proxySettings(m_settings));
     engine.attempts = std::max(1, m_settings.Retries());
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());

@@ -5,13 +5,26 @@
 
 #include <QDir>
 
+namespace {
+
+/// Titles come from outside: no control characters reach the terminal.
+void write(std::FILE* stream, QString line) {
+    for (QChar& c : line) {
+        if (c.category() == QChar::Other_Control) {
+            c = QLatin1Char(' ');
+        }
+    }
+    std::fprintf(stream, "%s\n", qUtf8Printable(line));
+    std::fflush(stream);
+}
+
+} // namespace
+
 ConsoleReporter::ConsoleReporter(const Player& player,
-                                 QIODevice& out,
-                                 QIODevice& err,
+                                 std::FILE* out,
+                                 std::FILE* err,
                                  QObject* parent)
-    : QObject(parent), m_out(&out), m_err(&err) {
-    m_out.setCodec("UTF-8");
-    m_err.setCodec("UTF-8");
+    : QObject(parent), m_out(out), m_err(err) {
     connect(&player, &Player::sig_fileFinished, this, [this](const BASS::RecordedFile& file) {
         write(m_out, tr("Recorded: %1").arg(QDir::toNativeSeparators(file.path)));
     });
@@ -23,16 +36,4 @@ ConsoleReporter::ConsoleReporter(const Player& player,
 void ConsoleReporter::report(const Message& message) {
     write(m_err,
           message.kind == Message::Kind::Error ? tr("Error: %1").arg(message.text) : message.text);
-}
-
-// Titles come from outside: no control characters reach the terminal.
-void ConsoleReporter::write(QTextStream& stream, const QString& line) {
-    QString clean = line;
-    for (QChar& c : clean) {
-        if (c.category() == QChar::Other_Control) {
-            c = QLatin1Char(' ');
-        }
-    }
-    stream << clean << QLatin1Char('\n');
-    stream.flush();
 }

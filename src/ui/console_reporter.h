@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QObject>
-#include <QTextStream>
+
+#include <cstdio>
 
 class Player;
 struct Message;
@@ -15,17 +16,15 @@ class ConsoleReporter final : public QObject {
     Q_DISABLE_COPY_MOVE(ConsoleReporter)
 
   public:
-    /// The devices are not owned.
+    /// The streams are not owned; every line is flushed.
     ConsoleReporter(const Player& player,
-                    QIODevice& out,
-                    QIODevice& err,
+                    std::FILE* out,
+                    std::FILE* err,
                     QObject* parent = nullptr);
 
     void report(const Message& message);
 
   private:
-    void write(QTextStream& stream, const QString& line);
-
-    QTextStream m_out;
-    QTextStream m_err;
+    std::FILE* m_out;
+    std::FILE* m_err;
 };

@@ -4,8 +4,10 @@
 #include "ui/message.h"
 #include "ui/window_fixture.h"
 
-#include <QBuffer>
+#include <QFile>
 #include <QSignalSpy>
+
+#include <cstdio>
 
 using namespace std::chrono_literals;
 
@@ -168,16 +170,23 @@ TEST(EndActionTimer, ImpossibleDurationsStartNothing) {
 
 TEST(Console, OneLineForEveryFinishedFile) {
     DemoPlayer player;
-    QBuffer out;
-    QBuffer err;
-    out.open(QIODevice::WriteOnly);
-    err.open(QIODevice::WriteOnly);
+    QTemporaryDir folder;
+    const QByteArray outPath = folder.filePath(QStringLiteral("out")).toLocal8Bit();
+    const QByteArray errPath = folder.filePath(QStringLiteral("err")).toLocal8Bit();
+    std::FILE* out = std::fopen(outPath.constData(), "w");
+    std::FILE* err = std::fopen(errPath.constData(), "w");
     ConsoleReporter console(player, out, err);
     BASS::RecordedFile file;
     file.path = QStringLiteral("/rec/Äpfel \x1b[31m\n.mp3");
     emit player.sig_fileFinished(file);
     emit player.sig_logLine(QStringLiteral("Connected"), false);
     console.report({Message::Kind::Error, QStringLiteral("No"), {}, {}});
-    EXPECT_EQ(out.data(), QByteArray("Recorded: /rec/Äpfel  [31m .mp3\n"));
-    EXPECT_EQ(err.data(), QByteArray("Connected\nError: No\n"));
+    const auto written = [](const QByteArray& path) {
+        QFile read(QString::fromLocal8Bit(path));
+        return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray();
+    };
+    EXPECT_EQ(written(outPath), QByteArray("Recorded: /rec/Äpfel  [31m .mp3\n"));
+    EXPECT_EQ(written(errPath), QByteArray("Connected\nError: No\n"));
+    std::fclose(out);
+    std::fclose(err);
 }

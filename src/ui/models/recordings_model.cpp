@@ -89,10 +89,18 @@ void RecordingsModel::begin() {
 
 void RecordingsModel::take(const QVector<RecordingEntry>& rows) {
     m_isScanning = false;
-    const bool isSame =
-        std::equal(rows.cbegin(), rows.cend(), m_rows.cbegin(), m_rows.cend(), isSameFile);
-    if (isSame) {
-        m_rows = rows; // sizes grow; selection and scroll position stay
+    // Usually nothing or a few files in front are new: selection and scroll position stay then.
+    const int added = rows.size() - m_rows.size();
+    const bool isSameTail =
+        added >= 0 &&
+        std::equal(rows.cbegin() + added, rows.cend(), m_rows.cbegin(), m_rows.cend(), isSameFile);
+    if (isSameTail) {
+        if (added > 0) {
+            beginInsertRows({}, 0, added - 1);
+            m_rows = rows;
+            endInsertRows();
+        }
+        m_rows = rows;
         if (!rows.isEmpty()) {
             emit dataChanged(index(0), index(rows.size() - 1));
         }

@@ -46,6 +46,15 @@ void ListPage::setModel(QAbstractItemModel* model) {
     m_filtered->setSourceModel(model);
     m_view->setModel(m_filtered);
     updateEmptyText();
+    connect(m_filtered, &QAbstractItemModel::modelReset, this, &ListPage::rowsArrived);
+    connect(m_filtered, &QAbstractItemModel::rowsInserted, this, &ListPage::rowsArrived);
+}
+
+// A list that had the keyboard while it was empty gets a row to act on.
+void ListPage::rowsArrived() {
+    if (m_view->hasFocus()) {
+        focusContent();
+    }
 }
 
 void ListPage::focusFilter() {

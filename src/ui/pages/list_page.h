@@ -48,6 +48,7 @@ class ListPage : public Page {
 
   private:
     void filterChanged(const QString& text);
+    void rowsArrived();
     void updateEmptyText();
     void showMenu(const QPoint& place);
 
