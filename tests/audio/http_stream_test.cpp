@@ -111,7 +111,10 @@ TEST(HttpStream, TellsTheTitlesOfAChainedOggWhenTheyAreHeard) {
         ASSERT_NE(stream, 0U);
         const char* const tags = listener.library().ChannelGetTags(stream, BASS_TAG_OGG);
         ASSERT_NE(tags, nullptr);
-        EXPECT_NE(QByteArray(tags, 200).indexOf("title=First"), -1);
+        bool hasTitle = false; // the encoder's own comment may stand beside it
+        for (const char* entry = tags; *entry != '\0'; entry += qstrlen(entry) + 1)
+            hasTitle = hasTitle || qstricmp(entry, "title=First") == 0;
+        EXPECT_TRUE(hasTitle);
         listener.library().ChannelPlay(stream, false);
         ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
         EXPECT_TRUE(listener.bytes == audio);
