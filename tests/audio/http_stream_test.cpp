@@ -195,6 +195,23 @@ TEST(HttpStream, StallsWhenBytesAreLateAndGoesOn) {
     EXPECT_EQ(order.back(), BASS_SYNC_END);
 }
 
+TEST(HttpStream, TellsTheEndOfAConnectionToWhoAsksLate) {
+    LoopbackServer server(sends(answer("HTTP/1.0 200 OK") + track(Track::Mp3)));
+    Listener listener;
+    AudioLibrary& library = listener.library();
+    const HSTREAM stream = library.StreamCreateURL(server.url().c_str(), 0, 0, nullptr, nullptr);
+    ASSERT_NE(stream, 0U);
+    while (library.StreamGetFilePosition(stream, BASS_FILEPOS_CONNECTED) != 0)
+        std::this_thread::yield();
+    std::promise<void> told;
+    const auto tell = [](HSYNC, DWORD, DWORD, void* user) {
+        static_cast<std::promise<void>*>(user)->set_value(); // a second time would throw
+    };
+    library.ChannelSetSync(stream, BASS_SYNC_DOWNLOAD, 0, tell, &told);
+    EXPECT_EQ(told.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    library.StreamFree(stream);
+}
+
 TEST(HttpStream, GivesTheRecorderEverythingWhileNobodyListens) {
     // more than the playback buffer holds, never played: a paused listener, a running recorder
     QByteArray audio;
