@@ -111,7 +111,10 @@ TEST(HttpStream, TellsTheTitlesOfAChainedOggWhenTheyAreHeard) {
         ASSERT_NE(stream, 0U);
         const char* const tags = listener.library().ChannelGetTags(stream, BASS_TAG_OGG);
         ASSERT_NE(tags, nullptr);
-        EXPECT_NE(QByteArray(tags, 200).indexOf("title=First"), -1);
+        bool hasTitle = false; // the encoder's own comment may stand beside it
+        for (const char* entry = tags; *entry != '\0'; entry += qstrlen(entry) + 1)
+            hasTitle = hasTitle || qstricmp(entry, "title=First") == 0;
+        EXPECT_TRUE(hasTitle);
         listener.library().ChannelPlay(stream, false);
         ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
         EXPECT_TRUE(listener.bytes == audio);
@@ -190,6 +193,23 @@ TEST(HttpStream, StallsWhenBytesAreLateAndGoesOn) {
     for (const auto& sync : listener.syncs)
         order.push_back(sync.type);
     EXPECT_EQ(order.back(), BASS_SYNC_END);
+}
+
+TEST(HttpStream, TellsTheEndOfAConnectionToWhoAsksLate) {
+    LoopbackServer server(sends(answer("HTTP/1.0 200 OK") + track(Track::Mp3)));
+    Listener listener;
+    AudioLibrary& library = listener.library();
+    const HSTREAM stream = library.StreamCreateURL(server.url().c_str(), 0, 0, nullptr, nullptr);
+    ASSERT_NE(stream, 0U);
+    while (library.StreamGetFilePosition(stream, BASS_FILEPOS_CONNECTED) != 0)
+        std::this_thread::yield();
+    std::promise<void> told;
+    const auto tell = [](HSYNC, DWORD, DWORD, void* user) {
+        static_cast<std::promise<void>*>(user)->set_value(); // a second time would throw
+    };
+    library.ChannelSetSync(stream, BASS_SYNC_DOWNLOAD, 0, tell, &told);
+    EXPECT_EQ(told.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    library.StreamFree(stream);
 }
 
 TEST(HttpStream, GivesTheRecorderEverythingWhileNobodyListens) {
