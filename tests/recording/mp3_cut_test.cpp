@@ -184,6 +184,20 @@ TEST(Mp3CutFile, ByteExactFilesJoinToTheServedBytes) {
     EXPECT_TRUE(rig.joined() == stream);
 }
 
+TEST(Mp3CutFile, LayersWithoutReservoirAreCutAsTheyAre) {
+    const QByteArray stream = encoded({QStringLiteral("-c:a"),
+                                       QStringLiteral("mp2"),
+                                       QStringLiteral("-f"),
+                                       QStringLiteral("mp2")});
+    RecorderRig rig;
+    rig.start();
+    rig.feed(stream, fourTitles(stream));
+    rig.stop();
+    EXPECT_EQ(rig.names().value(1), QStringLiteral("Track 1.mp3"));
+    EXPECT_EQ(rig.files.size(), 5U);
+    EXPECT_TRUE(rig.joined() == stream);
+}
+
 TEST(Mp3CutFile, RecordingFromTheMiddleOfAFrameIsQuietAboutIt) {
     const QByteArray stream = mp3(kHundredTwentyEight);
     const Decoded all = decodedByFfmpeg(fileWith(stream, QStringLiteral("mp3")));
