@@ -189,7 +189,7 @@ void InstanceGuard::leaveBlock() {
 }
 
 qint64 InstanceGuard::primaryPid() {
-    if (m_role == Role::Faulty || !m_block->lock())
+    if (m_role == Role::Faulty || !m_block->lock(SharedBlock::WhenGone::Fail))
         return 0;
     const qint64 pid = block().primaryPid;
     unlock("SingleApplication: Unable to unlock memory.");
@@ -197,7 +197,7 @@ qint64 InstanceGuard::primaryPid() {
 }
 
 QString InstanceGuard::primaryUser() {
-    if (m_role == Role::Faulty || !m_block->lock())
+    if (m_role == Role::Faulty || !m_block->lock(SharedBlock::WhenGone::Fail))
         return {};
     const QString user = blockPrimaryUser(block());
     unlock("SingleApplication: Unable to unlock memory.");

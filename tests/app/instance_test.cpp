@@ -75,6 +75,7 @@ TEST(Instance, RefusedSecondariesEndWithZeroAndTellThePrimary) {
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_TRUE(second.output().contains("exit"));
     EXPECT_TRUE(first.waitForOutput("started"));
+    end(first, link);
 }
 
 TEST(Instance, AKilledPrimaryIsReplacedByTheNextStart) {
@@ -96,6 +97,10 @@ TEST(Instance, MessagesReachAPrimaryWhoseWindowIsBusy) {
     Child hung({QStringLiteral("hung"), link});
     ASSERT_TRUE(hung.waitForOutput("role=primary"));
     EXPECT_TRUE(forward(link, QStringLiteral("x")));
+    hung.kill();
+    Child next(instance(link, QStringLiteral("-")));
+    ASSERT_TRUE(next.waitForOutput("role=primary"));
+    end(next, link);
 }
 
 TEST(Instance, OfFiftyStartsOneIsPrimaryAndGetsAllOthers) {
