@@ -71,7 +71,8 @@ void PlayerBar::makeButtons(const Commands& commands) {
     menu->addActions({commands.recordStop, commands.openRecordingFolder});
     m_record->setObjectName(QStringLiteral("recordButton"));
     m_record->setMenu(menu);
-    m_record->setFixedSize(62, 44);
+    m_record->setFixedSize(68, 44);
+    m_record->setProperty(WavelarkStyle::kRaisedProperty, true);
     m_record->setAccessibleDescription(tr("The Down key shows the ways to record"));
     connect(m_record, &QToolButton::clicked, commands.recordToggle, &QAction::trigger);
 
@@ -183,7 +184,7 @@ void PlayerBar::showRecording(bool isRecording, const BASS::RecordingProgress& p
         m_strip->showProgress(progress);
     }
     const QString command = isRecording ? tr("Stop recording") : tr("Record with splitting");
-    m_record->setIcon(isRecording ? icon(QStringLiteral("stop"), IconTone::OnAccent)
+    m_record->setIcon(isRecording ? icon(QStringLiteral("record-stop"), IconTone::OnAccent)
                                   : icon(QStringLiteral("record"), IconTone::Recording));
     m_record->setToolTip(tr("%1 (Ctrl+R)").arg(command));
     m_record->setAccessibleName(command);
