@@ -94,6 +94,13 @@ void MessageBar::resizeEvent(QResizeEvent* event) {
     m_row->setDirection(width() < kNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
+void MessageBar::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        updateIcon();
+    }
+}
+
 void MessageBar::act() {
     const std::function<void()> action = m_message.action;
     clear();

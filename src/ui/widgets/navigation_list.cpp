@@ -33,7 +33,7 @@ class NavigationDelegate final : public QStyledItemDelegate {
             return QStyle::visualRect(option.direction, option.rect, area);
         };
         QRect area = option.rect.adjusted(kMargin, 0, -kGap, 0);
-        QRect picture(area.left(), area.center().y() - kIcon / 2, kIcon, kIcon);
+        QRect picture(area.left(), area.top() + (area.height() - kIcon) / 2, kIcon, kIcon);
         option.icon.paint(
             painter, place(picture), Qt::AlignCenter, isSelected ? QIcon::Selected : QIcon::Normal);
         area.setLeft(picture.right() + kGap);
