@@ -203,11 +203,13 @@ void PlayedStations::changed() {
     m_writer.start([this, path = m_path, json = playedStationsToJson(m_stations)] {
         const Status written = replaceFile(path, json);
         if (!written) {
-            // Queued: received on the owner's thread; the destructor waits for this function.
             qCWarning(lcStations) << "PlayedStations"
                                   << "path=" << path << written.error();
-            emit sig_saveFailed(
-                tr("The list of played stations could not be saved: %1").arg(written.error()));
+            const QString text =
+                tr("The list of played stations could not be saved: %1").arg(written.error());
+            // The destructor waits for this function; a call still queued then is dropped.
+            QMetaObject::invokeMethod(
+                this, [this, text] { emit sig_saveFailed(text); }, Qt::QueuedConnection);
         }
     });
 }

@@ -307,7 +307,8 @@ void AllSkylarkRadio::showHeard() {
     if (station.name.isEmpty() && !info.stationName.isEmpty()) {
         station.name = info.stationName;
     }
-    m_bar->showHeard({station.displayName(), player.song().track, state, info});
+    const QString song = isActive(state) ? player.song().track : QString();
+    m_bar->showHeard({station.displayName(), song, state, info});
     const bool wasRunning = m_second.isActive();
     if (isActive(state) && !wasRunning) {
         m_second.start();
@@ -316,7 +317,6 @@ void AllSkylarkRadio::showHeard() {
         m_second.stop();
     }
     m_bar->showElapsed(m_play->elapsed());
-    const QString song = player.song().track;
     setWindowTitle(!isActive(state) ? QStringLiteral("Wavelark")
                    : song.isEmpty() ? tr("%1 – Wavelark").arg(station.displayName())
                                     : tr("%1 – Wavelark").arg(song));

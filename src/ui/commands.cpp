@@ -60,7 +60,7 @@ void Commands::makeRecord() {
         make(tr("Record without splitting"), {}, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_R));
     recordSingleSong =
         make(tr("Start recording single song"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_R));
-    recordStop = make(tr("&Stop recording"), QStringLiteral("stop"), {});
+    recordStop = make(tr("&Stop recording"), QStringLiteral("record-stop"), {});
     openRecordingFolder = make(tr("Open recording folder"),
                                QStringLiteral("folder"),
                                QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_O));
@@ -121,7 +121,8 @@ void Commands::update() {
     const bool canStart = m_controllers.record.canStart();
     recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));
     recordToggle->setIcon(
-        icon(isRecording ? QStringLiteral("stop") : QStringLiteral("record"), IconTone::Recording));
+        icon(isRecording ? QStringLiteral("record-stop") : QStringLiteral("record"),
+             IconTone::Recording));
     recordToggle->setEnabled(isRecording || canStart);
     for (QAction* action : {recordSplit, recordNoSplit, recordSingleSong}) {
         action->setEnabled(canStart);

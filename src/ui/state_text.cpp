@@ -66,10 +66,13 @@ QString sizeText(qint64 bytes) {
 }
 
 QString recordingText(const BASS::RecordingProgress& progress) {
+    // Without a translation file the source text is shown as it is, so one and many are two.
+    const QString tracks =
+        progress.files == 1
+            ? text("1 track")
+            : QCoreApplication::translate("StateText", "%n tracks", nullptr, progress.files);
     const QStringList parts{
-        durationText(progress.fileDuration),
-        sizeText(progress.fileBytes),
-        QCoreApplication::translate("StateText", "%n track(s)", nullptr, progress.files)};
+        durationText(progress.fileDuration), sizeText(progress.fileBytes), tracks};
     return parts.join(QStringLiteral(" · "));
 }
 

@@ -149,7 +149,7 @@ TEST_F(WindowTest, RecordingStateIsPlainToSee) {
     progress.fileDuration = 185s;
     emit player.sig_recordingProgress(progress);
     EXPECT_EQ(text("recordingFile"), QStringLiteral("Recording: Artist - Song.mp3"));
-    EXPECT_TRUE(text("recordingNumbers").contains(QStringLiteral("3:05 · 2.3 MB · 3 track")));
+    EXPECT_TRUE(text("recordingNumbers").contains(QStringLiteral("3:05 · 2.3 MB · 3 tracks")));
     QTest::mouseClick(child("openRecordingFolder"), Qt::LeftButton);
     EXPECT_EQ(opened, QStringList{settings.folder + QStringLiteral("/Station")});
     player.stopRecording();

@@ -1,139 +1,68 @@
 #include "ui/theme/wavelark_style.h"
 
+#include "ui/theme/icons.h"
+#include "ui/theme/style_painting.h"
+
 #include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QPainter>
-#include <QPainterPath>
+#include <QScrollBar>
 #include <QSlider>
 #include <QStyleOption>
-#include <QToolButton>
+
+#include <algorithm>
 
 namespace {
 
-constexpr qreal kRadius = 6;
+constexpr int kMenuPart = 20;
+constexpr int kScrollBar = 12;
+constexpr int kShortestHandle = 32;
 
-/// `weight` of `over` mixed into `under`.
-QColor mixed(const QColor& under, const QColor& over, qreal weight) {
-    const auto channel = [weight](qreal a, qreal b) { return a + (b - a) * weight; };
-    return QColor::fromRgbF(channel(under.redF(), over.redF()),
-                            channel(under.greenF(), over.greenF()),
-                            channel(under.blueF(), over.blueF()));
-}
-
-void fillRounded(QPainter* painter, const QRectF& rect, const QColor& fill, qreal radius) {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(fill);
-    painter->drawRoundedRect(rect, radius, radius);
-    painter->restore();
-}
-
-void outlineRounded(QPainter* painter, const QRectF& rect, const QPen& pen, qreal radius) {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    const qreal inset = pen.widthF() / 2;
-    painter->drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
-    painter->restore();
-}
-
-QColor focusColor(const QPalette& palette) {
-    return palette.color(QPalette::Active, QPalette::Link);
-}
-
-bool has(const QStyleOption* option, QStyle::StateFlag flag) {
-    return option->state.testFlag(flag);
-}
-
-QColor buttonFill(const QStyleOption* option, const QWidget* widget) {
-    const QPalette& palette = option->palette;
-    const QColor text = palette.color(QPalette::ButtonText);
-    QColor fill = palette.color(QPalette::Button);
-    const bool isEnabled = has(option, QStyle::State_Enabled);
-    if (widget != nullptr && isEnabled) {
-        if (widget->property(WavelarkStyle::kRecordingProperty).toBool()) {
-            fill = accentsFor(palette).recording;
-        } else if (widget->property(WavelarkStyle::kFilledProperty).toBool()) {
-            fill = palette.color(QPalette::Highlight);
-        }
+/// The handle of a scroll bar that has no arrow buttons.
+QRect scrollHandle(const QStyleOptionSlider& bar) {
+    const bool isHorizontal = bar.orientation == Qt::Horizontal;
+    const int length = isHorizontal ? bar.rect.width() : bar.rect.height();
+    const int range = bar.maximum - bar.minimum;
+    int handle = length;
+    if (range > 0) {
+        handle = static_cast<int>(qint64{length} * bar.pageStep / (qint64{range} + bar.pageStep));
     }
-    if (has(option, QStyle::State_Sunken)) {
-        return mixed(fill, text, 0.18);
-    }
-    if (has(option, QStyle::State_MouseOver) && isEnabled) {
-        return mixed(fill, text, 0.08);
-    }
-    return fill;
+    handle = std::min(length, std::max(handle, kShortestHandle));
+    const int start = QStyle::sliderPositionFromValue(
+        bar.minimum, bar.maximum, bar.sliderPosition, length - handle, bar.upsideDown);
+    return isHorizontal ? QRect(bar.rect.left() + start, bar.rect.top(), handle, bar.rect.height())
+                        : QRect(bar.rect.left(), bar.rect.top() + start, bar.rect.width(), handle);
 }
 
-void drawToolButtonPanel(const QStyleOption* option, QPainter* painter, const QWidget* widget) {
-    const bool isFilled =
-        widget != nullptr && (widget->property(WavelarkStyle::kRecordingProperty).toBool() ||
-                              widget->property(WavelarkStyle::kFilledProperty).toBool());
-    const bool isLit = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken) ||
-                       has(option, QStyle::State_On);
-    if (isFilled || isLit) {
-        fillRounded(painter, option->rect, buttonFill(option, widget), kRadius);
+QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part) {
+    const QRect handle = scrollHandle(bar);
+    QRect before = bar.rect;
+    QRect behind = bar.rect;
+    if (bar.orientation == Qt::Horizontal) {
+        before.setRight(handle.left() - 1);
+        behind.setLeft(handle.right() + 1);
+    } else {
+        before.setBottom(handle.top() - 1);
+        behind.setTop(handle.bottom() + 1);
     }
-    if (has(option, QStyle::State_HasFocus)) {
-        outlineRounded(painter, option->rect, QPen(focusColor(option->palette), 2), kRadius);
+    switch (part) {
+    case QStyle::SC_ScrollBarSlider:
+        return handle;
+    case QStyle::SC_ScrollBarSubPage:
+        return before;
+    case QStyle::SC_ScrollBarAddPage:
+        return behind;
+    case QStyle::SC_ScrollBarGroove:
+        return bar.rect;
+    default:
+        return {}; // no arrow buttons
     }
 }
 
-void drawLineEditPanel(const QStyleOption* option, QPainter* painter) {
-    const QPalette& palette = option->palette;
-    fillRounded(painter, option->rect, palette.color(QPalette::Base), kRadius);
-    const bool hasFocus = has(option, QStyle::State_HasFocus);
-    const QPen pen(hasFocus ? focusColor(palette) : accentsFor(palette).line, hasFocus ? 2 : 1);
-    outlineRounded(painter, option->rect, pen, kRadius);
-}
-
-void drawItemPanel(const QStyleOption* option, QPainter* painter) {
-    const QPalette& palette = option->palette;
-    const QRectF rect = QRectF(option->rect).adjusted(4, 1, -4, -1);
-    if (has(option, QStyle::State_Selected)) {
-        const bool isActive = has(option, QStyle::State_Active);
-        const QColor highlight = palette.color(QPalette::Highlight);
-        fillRounded(painter,
-                    rect,
-                    isActive ? highlight : mixed(palette.color(QPalette::Base), highlight, 0.85),
-                    kRadius);
-    } else if (has(option, QStyle::State_MouseOver)) {
-        fillRounded(painter,
-                    rect,
-                    mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.07),
-                    kRadius);
-    }
-}
-
-void drawSlider(const QStyleOptionSlider* option,
-                QPainter* painter,
-                const QRect& groove,
-                const QRect& handle) {
-    const QPalette& palette = option->palette;
-    const bool isEnabled = has(option, QStyle::State_Enabled);
-    const QColor accent =
-        palette.color(isEnabled ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
-    constexpr qreal kGroove = 4;
-    const qreal middle = QRectF(groove).center().y();
-    const QRectF track(groove.left(), middle - kGroove / 2, groove.width(), kGroove);
-    fillRounded(painter,
-                track,
-                mixed(palette.color(QPalette::Window), palette.color(QPalette::Text), 0.25),
-                kGroove / 2);
-    const qreal x = QRectF(handle).center().x();
-    const QRectF filled = option->upsideDown
-                              ? QRectF(x, track.top(), track.right() - x, kGroove)
-                              : QRectF(track.left(), track.top(), x - track.left(), kGroove);
-    fillRounded(painter, filled, accent, kGroove / 2);
-    const QRectF knob(x - 7, middle - 7, 14, 14);
-    fillRounded(painter, knob, accent, 7);
-    if (has(option, QStyle::State_HasFocus)) {
-        outlineRounded(painter, knob.adjusted(-3, -3, 3, 3), QPen(focusColor(palette), 2), 10);
-    }
+bool isOnColour(const QStyleOption* option, const QWidget* widget) {
+    const ButtonLook look = buttonLook(widget);
+    return option->state.testFlag(QStyle::State_Enabled) &&
+           (look == ButtonLook::Filled || look == ButtonLook::Recording);
 }
 
 } // namespace
@@ -156,7 +85,7 @@ void WavelarkStyle::polish(QPalette& palette) {
 void WavelarkStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (qobject_cast<QAbstractButton*>(widget) != nullptr ||
-        qobject_cast<QSlider*>(widget) != nullptr) {
+        qobject_cast<QAbstractSlider*>(widget) != nullptr) {
         widget->setAttribute(Qt::WA_Hover);
     }
 }
@@ -167,20 +96,20 @@ void WavelarkStyle::drawPrimitive(PrimitiveElement element,
                                   const QWidget* widget) const {
     switch (element) {
     case PE_FrameFocusRect:
-        outlineRounded(painter, option->rect, QPen(focusColor(option->palette), 2), kRadius);
+        drawFocusRing(*option, *painter);
         return;
     case PE_PanelButtonTool:
-        drawToolButtonPanel(option, painter, widget);
+        drawToolButtonPanel(*option, *painter, widget);
         return;
     case PE_PanelButtonCommand:
-        fillRounded(painter, option->rect, buttonFill(option, widget), kRadius);
+        drawButtonPanel(*option, *painter, widget);
         return;
     case PE_PanelLineEdit:
     case PE_FrameLineEdit:
-        drawLineEditPanel(option, painter);
+        drawLineEditPanel(*option, *painter);
         return;
     case PE_PanelItemViewItem:
-        drawItemPanel(option, painter);
+        drawItemPanel(*option, *painter);
         return;
     case PE_PanelItemViewRow:
         return; // the item's own panel is enough
@@ -193,11 +122,8 @@ void WavelarkStyle::drawControl(ControlElement element,
                                 const QStyleOption* option,
                                 QPainter* painter,
                                 const QWidget* widget) const {
-    const bool isFilled = widget != nullptr && has(option, State_Enabled) &&
-                          (widget->property(kFilledProperty).toBool() ||
-                           widget->property(kRecordingProperty).toBool());
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-    if (element == CE_PushButtonLabel && isFilled && button != nullptr) {
+    if (element == CE_PushButtonLabel && button != nullptr && isOnColour(option, widget)) {
         QStyleOptionButton copy = *button;
         copy.palette.setColor(QPalette::ButtonText,
                               option->palette.color(QPalette::HighlightedText));
@@ -212,14 +138,53 @@ void WavelarkStyle::drawComplexControl(ComplexControl control,
                                        QPainter* painter,
                                        const QWidget* widget) const {
     const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
     if (control == CC_Slider && slider != nullptr && slider->orientation == Qt::Horizontal) {
-        drawSlider(slider,
-                   painter,
+        drawSlider(*slider,
+                   *painter,
                    proxy()->subControlRect(CC_Slider, slider, SC_SliderGroove, widget),
                    proxy()->subControlRect(CC_Slider, slider, SC_SliderHandle, widget));
-        return;
+    } else if (control == CC_ScrollBar && slider != nullptr) {
+        drawScrollBar(*slider, *painter, scrollHandle(*slider));
+    } else if (control == CC_ToolButton && tool != nullptr &&
+               tool->features.testFlag(QStyleOptionToolButton::MenuButtonPopup)) {
+        drawMenuButton(*tool, *painter, widget);
+    } else {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
     }
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+void WavelarkStyle::drawMenuButton(const QStyleOptionToolButton& option,
+                                   QPainter& painter,
+                                   const QWidget* widget) const {
+    drawToolButtonPanel(option, painter, widget);
+    QStyleOptionToolButton label = option;
+    label.rect = proxy()->subControlRect(CC_ToolButton, &option, SC_ToolButton, widget);
+    proxy()->drawControl(CE_ToolButtonLabel, &label, &painter, widget);
+    drawMenuPart(option,
+                 painter,
+                 proxy()->subControlRect(CC_ToolButton, &option, SC_ToolButtonMenu, widget),
+                 buttonLook(widget));
+}
+
+QRect WavelarkStyle::subControlRect(ComplexControl control,
+                                    const QStyleOptionComplex* option,
+                                    SubControl part,
+                                    const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control == CC_ScrollBar && bar != nullptr) {
+        return visualRect(bar->direction, bar->rect, scrollBarPart(*bar, part));
+    }
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+QIcon WavelarkStyle::standardIcon(StandardPixmap which,
+                                  const QStyleOption* option,
+                                  const QWidget* widget) const {
+    if (which == SP_LineEditClearButton) {
+        return icon(QStringLiteral("clear"), IconTone::Quiet);
+    }
+    return QProxyStyle::standardIcon(which, option, widget);
 }
 
 int WavelarkStyle::pixelMetric(PixelMetric metric,
@@ -229,6 +194,10 @@ int WavelarkStyle::pixelMetric(PixelMetric metric,
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
         return 0;
+    case PM_MenuButtonIndicator:
+        return kMenuPart;
+    case PM_ScrollBarExtent:
+        return kScrollBar;
     case PM_SliderLength:
         return 20;
     case PM_SliderControlThickness:
@@ -260,8 +229,9 @@ QSize WavelarkStyle::sizeFromContents(ContentsType type,
     const QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
     switch (type) {
     case CT_LineEdit:
+        return {result.width(), std::max(result.height(), 32)};
     case CT_PushButton:
-        return {result.width(), qMax(result.height(), 32)};
+        return {result.width() + 16, std::max(result.height(), 32)};
     default:
         return result;
     }

@@ -4,7 +4,7 @@
 
 #include <QProxyStyle>
 
-class QApplication;
+class QStyleOptionToolButton;
 
 /// The program's look: Fusion underneath, our palettes, flat rounded controls, a focus ring that is
 /// easy to see.
@@ -20,8 +20,9 @@ class WavelarkStyle final : public QProxyStyle {
     /// Makes it the application's style, or changes the choice of the one that is.
     static void install(ThemeChoice choice);
 
-    /// Dynamic properties that views set on a button. Filled: in the accent colour. Recording: in
-    /// the recording colour.
+    /// Dynamic properties that views set on a button. Raised: with a ground of its own. Filled: in
+    /// the accent colour. Recording: in the recording colour.
+    static constexpr char kRaisedProperty[] = "wlRaised";
     static constexpr char kFilledProperty[] = "wlFilled";
     static constexpr char kRecordingProperty[] = "wlRecording";
 
@@ -41,6 +42,13 @@ class WavelarkStyle final : public QProxyStyle {
                             const QStyleOptionComplex* option,
                             QPainter* painter,
                             const QWidget* widget) const override;
+    [[nodiscard]] QRect subControlRect(ComplexControl control,
+                                       const QStyleOptionComplex* option,
+                                       SubControl part,
+                                       const QWidget* widget) const override;
+    [[nodiscard]] QIcon standardIcon(StandardPixmap which,
+                                     const QStyleOption* option,
+                                     const QWidget* widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric metric,
                                   const QStyleOption* option,
                                   const QWidget* widget) const override;
@@ -54,5 +62,9 @@ class WavelarkStyle final : public QProxyStyle {
                                          const QWidget* widget) const override;
 
   private:
+    void drawMenuButton(const QStyleOptionToolButton& option,
+                        QPainter& painter,
+                        const QWidget* widget) const;
+
     ThemeChoice m_choice;
 };

@@ -1,6 +1,7 @@
 #include "ui/widgets/address_bar.h"
 
 #include "ui/theme/icons.h"
+#include "ui/theme/wavelark_style.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -21,7 +22,8 @@ AddressBar::AddressBar(QWidget* parent)
     m_button->setIcon(icon(QStringLiteral("play")));
     m_button->setToolTip(tr("Play this address"));
     m_button->setAccessibleName(tr("Play this address"));
-    m_button->setFixedSize(36, 36);
+    m_button->setFixedSize(40, 36);
+    m_button->setProperty(WavelarkStyle::kRaisedProperty, true);
     m_button->setFocusPolicy(Qt::StrongFocus);
 
     auto* layout = new QHBoxLayout(this);

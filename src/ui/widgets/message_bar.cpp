@@ -3,16 +3,24 @@
 #include "ui/announcer.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/theme.h"
+#include "ui/theme/wavelark_style.h"
 
-#include <QGridLayout>
+#include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 
+namespace {
+
+constexpr int kNarrow = 600;
+
+} // namespace
+
 MessageBar::MessageBar(QWidget* parent)
     : QFrame(parent), m_icon(new QLabel(this)), m_text(new QLabel(this)),
-      m_action(new QPushButton(this)), m_close(new QPushButton(tr("Close"), this)) {
+      m_action(new QPushButton(this)), m_close(new QPushButton(tr("Close"), this)),
+      m_row(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
     setObjectName(QStringLiteral("messageBar"));
     m_text->setObjectName(QStringLiteral("messageText"));
     m_text->setTextFormat(Qt::PlainText);
@@ -20,21 +28,21 @@ MessageBar::MessageBar(QWidget* parent)
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_action->setObjectName(QStringLiteral("messageAction"));
-    m_action->setProperty("wlFilled", true);
+    m_action->setProperty(WavelarkStyle::kFilledProperty, true);
     m_close->setObjectName(QStringLiteral("messageClose"));
     m_close->setAccessibleName(tr("Close the message"));
 
+    auto* said = new QHBoxLayout;
+    said->setSpacing(10);
+    said->addWidget(m_icon, 0, Qt::AlignTop);
+    said->addWidget(m_text, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(m_action);
     buttons->addWidget(m_close);
-    auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(14, 8, 12, 8);
-    layout->setHorizontalSpacing(10);
-    layout->addWidget(m_icon, 0, 0, Qt::AlignTop);
-    layout->addWidget(m_text, 0, 1);
-    layout->addLayout(buttons, 1, 0, 1, 2);
-    layout->setColumnStretch(1, 1);
+    m_row->setContentsMargins(14, 8, 12, 8);
+    m_row->addLayout(said, 1);
+    m_row->addLayout(buttons);
 
     connect(m_action, &QPushButton::clicked, this, &MessageBar::act);
     connect(m_close, &QPushButton::clicked, this, &MessageBar::clear);
@@ -79,6 +87,18 @@ void MessageBar::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QFrame::keyPressEvent(event);
+}
+
+void MessageBar::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    m_row->setDirection(width() < kNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
+void MessageBar::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        updateIcon();
+    }
 }
 
 void MessageBar::act() {

@@ -4,9 +4,9 @@
 
 #include <QFrame>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
-class QToolButton;
 
 /// One message at a time, above the player bar, until it is closed, acted on or replaced.
 class MessageBar final : public QFrame {
@@ -24,6 +24,8 @@ class MessageBar final : public QFrame {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     void act();
@@ -34,4 +36,5 @@ class MessageBar final : public QFrame {
     QLabel* m_text;
     QPushButton* m_action;
     QPushButton* m_close;
+    QBoxLayout* m_row;
 };

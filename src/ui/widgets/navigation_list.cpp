@@ -3,13 +3,52 @@
 #include "ui/theme/icons.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStandardItemModel>
+#include <QStyledItemDelegate>
 
 namespace {
 
 constexpr int kWide = 190;
 constexpr int kCompact = 52;
-constexpr int kRow = 40;
+constexpr int kRow = 42;
+constexpr int kIcon = 20;
+constexpr int kMargin = (kCompact - kIcon) / 2; ///< the icon is in the middle of the compact list
+constexpr int kGap = 12;
+
+/// An icon with a text beside it, or alone where there is no room.
+class NavigationDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter,
+               const QStyleOptionViewItem& given,
+               const QModelIndex& index) const override {
+        QStyleOptionViewItem option = given;
+        initStyleOption(&option, index);
+        const QStyle* style = option.widget->style();
+        style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const auto place = [&option](const QRect& area) {
+            return QStyle::visualRect(option.direction, option.rect, area);
+        };
+        QRect area = option.rect.adjusted(kMargin, 0, -kGap, 0);
+        QRect picture(area.left(), area.top() + (area.height() - kIcon) / 2, kIcon, kIcon);
+        option.icon.paint(
+            painter, place(picture), Qt::AlignCenter, isSelected ? QIcon::Selected : QIcon::Normal);
+        area.setLeft(picture.right() + kGap);
+        painter->setPen(
+            option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::WindowText));
+        painter->drawText(place(area),
+                          Qt::AlignVCenter | Qt::AlignLeading,
+                          option.fontMetrics.elidedText(option.text, Qt::ElideRight, area.width()));
+        if (option.state.testFlag(QStyle::State_HasFocus)) {
+            QStyleOption focus = option;
+            focus.rect = option.rect.adjusted(2, 0, -2, 0);
+            style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, option.widget);
+        }
+    }
+};
 
 } // namespace
 
@@ -20,7 +59,7 @@ NavigationList::NavigationList(const PageRegistry& pages, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setIconSize({20, 20});
+    setItemDelegate(new NavigationDelegate(this));
     setMouseTracking(true);
     setFixedWidth(kWide);
     viewport()->setBackgroundRole(QPalette::Window);

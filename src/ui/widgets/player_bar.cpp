@@ -71,7 +71,8 @@ void PlayerBar::makeButtons(const Commands& commands) {
     menu->addActions({commands.recordStop, commands.openRecordingFolder});
     m_record->setObjectName(QStringLiteral("recordButton"));
     m_record->setMenu(menu);
-    m_record->setFixedSize(62, 44);
+    m_record->setFixedSize(68, 44);
+    m_record->setProperty(WavelarkStyle::kRaisedProperty, true);
     m_record->setAccessibleDescription(tr("The Down key shows the ways to record"));
     connect(m_record, &QToolButton::clicked, commands.recordToggle, &QAction::trigger);
 
@@ -88,7 +89,6 @@ void PlayerBar::makeVolume() {
     m_volume->setObjectName(QStringLiteral("volumeSlider"));
     m_volume->setRange(0, 100);
     m_volume->setPageStep(10);
-    m_volume->setMinimumWidth(70);
     m_volume->setMaximumWidth(150);
     m_volume->setAccessibleName(tr("Volume"));
     m_percent->setForegroundRole(QPalette::PlaceholderText);
@@ -105,9 +105,11 @@ void PlayerBar::layOut() {
     status->addWidget(m_elapsed);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(1);
+    texts->addStretch(1);
     texts->addWidget(m_title);
     texts->addWidget(m_station);
     texts->addLayout(status);
+    texts->addStretch(1);
     auto* heard = new QHBoxLayout;
     heard->setSpacing(12);
     heard->addWidget(m_picture);
@@ -147,8 +149,13 @@ void PlayerBar::showHeard(const Heard& heard) {
     m_station->setFullText(heard.title.isEmpty() ? QString() : heard.station);
     m_station->setVisible(!heard.title.isEmpty());
     updateStatus();
+    if (isNewState || m_play->icon().isNull()) { // told several times a second
+        updateButtons();
+    }
+}
 
-    const bool isPlaying = isActive(heard.state);
+void PlayerBar::updateButtons() {
+    const bool isPlaying = isActive(m_heard.state);
     const QString command = isPlaying ? tr("Stop") : tr("Play");
     m_play->setIcon(
         icon(isPlaying ? QStringLiteral("stop") : QStringLiteral("play"), IconTone::OnAccent));
@@ -183,7 +190,7 @@ void PlayerBar::showRecording(bool isRecording, const BASS::RecordingProgress& p
         m_strip->showProgress(progress);
     }
     const QString command = isRecording ? tr("Stop recording") : tr("Record with splitting");
-    m_record->setIcon(isRecording ? icon(QStringLiteral("stop"), IconTone::OnAccent)
+    m_record->setIcon(isRecording ? icon(QStringLiteral("record-stop"), IconTone::OnAccent)
                                   : icon(QStringLiteral("record"), IconTone::Recording));
     m_record->setToolTip(tr("%1 (Ctrl+R)").arg(command));
     m_record->setAccessibleName(command);
@@ -205,6 +212,7 @@ void PlayerBar::showVolume(int percent, bool isMuted) {
 void PlayerBar::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
     const bool isNarrow = width() < kNarrow;
+    m_volume->setMinimumWidth(isNarrow ? 70 : 110);
     m_row->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 

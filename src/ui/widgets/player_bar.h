@@ -52,6 +52,7 @@ class PlayerBar final : public QFrame {
     void makeVolume();
     void layOut();
     void updateStatus();
+    void updateButtons();
 
     Heard m_heard;
     QString m_statusLine;

@@ -1,0 +1,186 @@
+#include "ui/theme/style_painting.h"
+
+#include "ui/theme/theme.h"
+#include "ui/theme/wavelark_style.h"
+
+#include <QPainter>
+#include <QWidget>
+
+namespace {
+
+constexpr qreal kRadius = 6;
+
+/// `weight` of `over` mixed into `under`.
+QColor mixed(const QColor& under, const QColor& over, qreal weight) {
+    const auto channel = [weight](qreal a, qreal b) { return a + (b - a) * weight; };
+    return QColor::fromRgbF(channel(under.redF(), over.redF()),
+                            channel(under.greenF(), over.greenF()),
+                            channel(under.blueF(), over.blueF()));
+}
+
+void fillRounded(QPainter& painter, const QRectF& rect, const QColor& fill, qreal radius) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
+
+void outlineRounded(QPainter& painter, const QRectF& rect, const QPen& pen, qreal radius) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    const qreal inset = pen.widthF() / 2;
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
+    painter.restore();
+}
+
+QPen focusPen(const QPalette& palette) {
+    return {palette.color(QPalette::Active, QPalette::Link), 2};
+}
+
+bool has(const QStyleOption& option, QStyle::StateFlag flag) {
+    return option.state.testFlag(flag);
+}
+
+QColor buttonFill(const QStyleOption& option, ButtonLook look) {
+    const QPalette& palette = option.palette;
+    const QColor text = palette.color(QPalette::ButtonText);
+    QColor fill = palette.color(QPalette::Button);
+    const bool isEnabled = has(option, QStyle::State_Enabled);
+    if (isEnabled && look == ButtonLook::Recording) {
+        fill = accentsFor(palette).recording;
+    } else if (isEnabled && look == ButtonLook::Filled) {
+        fill = palette.color(QPalette::Highlight);
+    }
+    if (has(option, QStyle::State_Sunken)) {
+        return mixed(fill, text, 0.18);
+    }
+    if (has(option, QStyle::State_MouseOver) && isEnabled) {
+        return mixed(fill, text, 0.08);
+    }
+    return fill;
+}
+
+} // namespace
+
+ButtonLook buttonLook(const QWidget* widget) {
+    if (widget == nullptr) {
+        return ButtonLook::Flat;
+    }
+    if (widget->property(WavelarkStyle::kRecordingProperty).toBool()) {
+        return ButtonLook::Recording;
+    }
+    if (widget->property(WavelarkStyle::kFilledProperty).toBool()) {
+        return ButtonLook::Filled;
+    }
+    return widget->property(WavelarkStyle::kRaisedProperty).toBool() ? ButtonLook::Raised
+                                                                     : ButtonLook::Flat;
+}
+
+void drawFocusRing(const QStyleOption& option, QPainter& painter) {
+    outlineRounded(painter, option.rect, focusPen(option.palette), kRadius);
+}
+
+void drawButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+    fillRounded(painter, option.rect, buttonFill(option, buttonLook(widget)), kRadius);
+}
+
+void drawToolButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+    const bool isLit = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken) ||
+                       has(option, QStyle::State_On);
+    if (isLit || buttonLook(widget) != ButtonLook::Flat) {
+        drawButtonPanel(option, painter, widget);
+    }
+    if (has(option, QStyle::State_HasFocus)) {
+        // Inside of the fill, with a gap, so that it is seen on every colour.
+        const QRectF inner = QRectF(option.rect).adjusted(2, 2, -2, -2);
+        const bool isColoured =
+            buttonLook(widget) == ButtonLook::Filled || buttonLook(widget) == ButtonLook::Recording;
+        const QPen pen = isColoured ? QPen(option.palette.color(QPalette::HighlightedText), 2)
+                                    : focusPen(option.palette);
+        outlineRounded(painter, inner, pen, kRadius - 2);
+    }
+}
+
+void drawMenuPart(const QStyleOption& option,
+                  QPainter& painter,
+                  const QRect& part,
+                  ButtonLook look) {
+    const bool isOnColour = look == ButtonLook::Filled || look == ButtonLook::Recording;
+    const QColor ink = option.palette.color(
+        has(option, QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled,
+        isOnColour ? QPalette::HighlightedText : QPalette::ButtonText);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF area(part);
+    QColor thin = ink;
+    thin.setAlphaF(0.35);
+    painter.setPen(QPen(thin, 1));
+    painter.drawLine(QPointF(area.left() + 0.5, area.top() + 10),
+                     QPointF(area.left() + 0.5, area.bottom() - 10));
+    painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF middle = area.center() + QPointF(0, 1);
+    const QPointF arrow[] = {
+        middle + QPointF(-3.5, -2), middle + QPointF(0, 1.5), middle + QPointF(3.5, -2)};
+    painter.drawPolyline(arrow, 3);
+    painter.restore();
+}
+
+void drawLineEditPanel(const QStyleOption& option, QPainter& painter) {
+    const QPalette& palette = option.palette;
+    fillRounded(painter, option.rect, palette.color(QPalette::Base), kRadius);
+    const QPen pen =
+        has(option, QStyle::State_HasFocus) ? focusPen(palette) : QPen(accentsFor(palette).line, 1);
+    outlineRounded(painter, option.rect, pen, kRadius);
+}
+
+void drawItemPanel(const QStyleOption& option, QPainter& painter) {
+    const QPalette& palette = option.palette;
+    const QColor base = palette.color(QPalette::Base);
+    const QRectF rect = QRectF(option.rect).adjusted(4, 1, -4, -1);
+    if (has(option, QStyle::State_Selected)) {
+        fillRounded(painter, rect, palette.color(QPalette::Active, QPalette::Highlight), kRadius);
+    } else if (has(option, QStyle::State_MouseOver)) {
+        fillRounded(painter, rect, mixed(base, palette.color(QPalette::Text), 0.07), kRadius);
+    }
+}
+
+void drawSlider(const QStyleOptionSlider& option,
+                QPainter& painter,
+                const QRect& groove,
+                const QRect& handle) {
+    constexpr qreal kGroove = 4;
+    const QPalette& palette = option.palette;
+    const QColor accent =
+        palette.color(has(option, QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled,
+                      QPalette::Highlight);
+    const qreal middle = QRectF(groove).center().y();
+    const QRectF track(groove.left(), middle - kGroove / 2, groove.width(), kGroove);
+    const QColor rest = mixed(palette.color(QPalette::Window), palette.color(QPalette::Text), 0.25);
+    fillRounded(painter, track, rest, kGroove / 2);
+    const qreal x = QRectF(handle).center().x();
+    const QRectF filled = option.upsideDown
+                              ? QRectF(x, track.top(), track.right() - x, kGroove)
+                              : QRectF(track.left(), track.top(), x - track.left(), kGroove);
+    fillRounded(painter, filled, accent, kGroove / 2);
+    const QRectF knob(x - 7, middle - 7, 14, 14);
+    fillRounded(painter, knob, accent, 7);
+    if (has(option, QStyle::State_HasFocus)) {
+        outlineRounded(painter, knob.adjusted(-3, -3, 3, 3), focusPen(palette), 10);
+    }
+}
+
+void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QRect& handle) {
+    const QPalette& palette = option.palette;
+    painter.fillRect(option.rect, palette.color(QPalette::Base));
+    if (option.minimum == option.maximum) {
+        return;
+    }
+    const bool isLit = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
+    const QColor color =
+        mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), isLit ? 0.55 : 0.40);
+    fillRounded(painter, QRectF(handle).adjusted(3, 3, -3, -3), color, 3);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QStyleOption>
+
+class QPainter;
+class QWidget;
+
+// How the controls of WavelarkStyle are drawn. GUI thread; nothing is kept.
+
+/// Which of a button's looks its view has asked for, by the properties of WavelarkStyle.
+enum class ButtonLook { Flat, Raised, Filled, Recording };
+ButtonLook buttonLook(const QWidget* widget);
+
+void drawFocusRing(const QStyleOption& option, QPainter& painter);
+void drawButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* widget);
+void drawToolButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* widget);
+/// The part behind the thin line of a button with a menu: an arrow.
+void drawMenuPart(const QStyleOption& option,
+                  QPainter& painter,
+                  const QRect& part,
+                  ButtonLook look);
+void drawLineEditPanel(const QStyleOption& option, QPainter& painter);
+void drawItemPanel(const QStyleOption& option, QPainter& painter);
+void drawSlider(const QStyleOptionSlider& option,
+                QPainter& painter,
+                const QRect& groove,
+                const QRect& handle);
+void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QRect& handle);
