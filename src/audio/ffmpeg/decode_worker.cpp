@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace BASS {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 /// Decoded before playing may begin.
 constexpr int kPrebufferMs = 100;
 /// A frame-wise format that gives nothing for so many bytes is not what it was taken for.
-constexpr std::uint64_t kBarrenBytes = 256 * 1024;
+constexpr std::uint64_t kBarrenBytes = 256U * 1024U;
 constexpr int kMaxFailures = 3;
 
 bool isFramed(StreamFormat format) {
@@ -282,7 +283,7 @@ bool DecodeWorker::performSeek() {
     }
     if (!target || !m_decoder->seek(*target))
         return false;
-    m_voice.restartAt(static_cast<std::uint64_t>(*target * m_rate + 0.5));
+    m_voice.restartAt(static_cast<std::uint64_t>(std::llround(*target * m_rate)));
     return true;
 }
 

@@ -43,8 +43,8 @@ bool takesWma(StreamFormat format) {
 }
 
 /// A decoder behind by more than this is a listener who paused.
-constexpr std::size_t kSmallestBuffer = 512 * 1024;
-constexpr std::size_t kLargestBuffer = 8 * 1024 * 1024;
+constexpr std::size_t kSmallestBuffer = 512U * 1024U;
+constexpr std::size_t kLargestBuffer = 8U * 1024U * 1024U;
 constexpr std::size_t kBytesPerMs = 192; // lossless audio with room to spare
 
 } // namespace

@@ -26,7 +26,7 @@ class IcyDemux {
     void feed(const std::uint8_t* data, std::size_t size);
 
   private:
-    static constexpr std::size_t kMaxBlock = 255 * 16;
+    static constexpr std::size_t kMaxBlock = 255U * 16U;
 
     enum class State { Audio, Length, Block };
 

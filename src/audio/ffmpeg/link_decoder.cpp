@@ -12,6 +12,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace BASS {
@@ -389,7 +390,7 @@ void LinkDecoder::State::measure(const AVPacket& in) {
     seconds += length;
     packetBytes += size;
     info.bitrate =
-        static_cast<int>(static_cast<double>(packetBytes) * 8.0 / 1000.0 / seconds + 0.5);
+        static_cast<int>(std::lround(static_cast<double>(packetBytes) * 8.0 / 1000.0 / seconds));
     if (seconds > kWindow) {
         seconds /= 2.0;
         packetBytes /= 2;

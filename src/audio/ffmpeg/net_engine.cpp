@@ -29,7 +29,8 @@ struct NetEngine::Loop {
         active.push_back(transfer);
     }
 
-    void drop(std::shared_ptr<HttpTransfer> transfer) {
+    void drop(const std::shared_ptr<HttpTransfer>& given) {
+        const auto transfer = given; // `given` may be the very entry that is erased
         const auto place = std::find(active.begin(), active.end(), transfer);
         if (place == active.end())
             return;

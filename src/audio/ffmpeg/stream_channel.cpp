@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 namespace BASS {
@@ -192,7 +193,7 @@ void StreamChannel::seek(double seconds) {
 
 QWORD StreamChannel::bytes(double seconds) const {
     const LinkDecoder::Info audio = m_worker->info().audio;
-    const auto frames = static_cast<QWORD>(std::max(0.0, seconds) * audio.sampleRate + 0.5);
+    const auto frames = static_cast<QWORD>(std::llround(std::max(0.0, seconds) * audio.sampleRate));
     return frames * static_cast<QWORD>(audio.channels) * sizeof(float);
 }
 

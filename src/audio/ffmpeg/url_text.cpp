@@ -16,9 +16,9 @@ std::filesystem::path filePath(const void* text, bool isWide) {
     if (!isWide)
         return {static_cast<const char*>(text)};
     QString path = QString::fromUtf16(static_cast<const char16_t*>(text));
-    constexpr QLatin1String kScheme("file://");
-    if (path.startsWith(kScheme, Qt::CaseInsensitive))
-        path.remove(0, kScheme.size());
+    const auto scheme = QStringLiteral("file://");
+    if (path.startsWith(scheme, Qt::CaseInsensitive))
+        path.remove(0, scheme.size());
     return std::filesystem::u8path(path.toStdString());
 }
 
