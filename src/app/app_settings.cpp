@@ -9,6 +9,8 @@
 #include <QLocale>
 #include <QSettings>
 
+#include <utility>
+
 namespace {
 constexpr int kAltPresetFiles = 5;
 
@@ -39,6 +41,8 @@ void SettingsGround::tell(const QString& message) {
     qCWarning(lcApp, "AppSettings: %ls", qUtf16Printable(message));
     const std::lock_guard<std::mutex> lock(m_messageMutex);
     m_messages.append(message);
+    if (m_onMessage)
+        m_onMessage();
 }
 
 AppSettings::AppSettings(QObject* parent) : AppSettings(currentDataFolder(), parent) {}
@@ -49,6 +53,12 @@ AppSettings::AppSettings(const DataFolder& folder, QObject* parent)
       SchedulerSettings(m_store), TraySettings(m_store), SpeechSettings(m_store),
       StationSettings(m_store), FavoriteSettings(m_store), PodcastSettings(m_store),
       ServiceSettings(m_store), OwnSettings(m_store) {
+    {
+        const std::lock_guard<std::mutex> lock(m_messageMutex);
+        m_onMessage = [this] {
+            QMetaObject::invokeMethod(this, &AppSettings::sig_messageAdded, Qt::QueuedConnection);
+        };
+    }
     load();
 }
 

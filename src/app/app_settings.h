@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <mutex>
 
 /// What AppSettings stands on: folder and file are settled before the first preference is made.
@@ -23,9 +24,10 @@ class SettingsGround {
     void tell(const QString& message);
 
     const DataFolder m_folder;
-    mutable std::mutex m_messageMutex; // guards m_messages
+    std::mutex m_messageMutex; // guards the two below
     QStringList m_messages;
-    mutable SettingsStore m_store; // a look at the file changes no meaning
+    std::function<void()> m_onMessage; // on whatever thread the message comes from
+    mutable SettingsStore m_store;     // a look at the file changes no meaning
 };
 
 /// An application font as text; windows turn it into a font.
@@ -78,7 +80,7 @@ class AppSettings final : public QObject,
     bool saveList(const QString& name, const QStringList& entries) const;
 
     /// Sentences about the settings file that the user should see (damaged, not writable), oldest
-    /// first; given out once.
+    /// first; given out once. Those from the start are there at once.
     QStringList takeMessages();
     /// Waits until everything is on the disk; for a hand-over to another process. False: it is not.
     bool flush(std::chrono::milliseconds limit = std::chrono::milliseconds(3000));
@@ -135,6 +137,10 @@ class AppSettings final : public QObject,
     void setEqPreampForStation(const QString& stationId, const QString& preamp);
     [[nodiscard]] bool isEqEnabledForStation(const QString& stationId) const;
     void setEqEnabledForStation(const QString& stationId, bool value);
+
+  signals:
+    /// takeMessages() has something.
+    void sig_messageAdded();
 
   private:
     [[nodiscard]] QString storedText(const QString& key) const;

@@ -2,7 +2,7 @@
 
 #include "app/instance_block.h"
 #include "app/instance_client.h"
-#include "app/instance_server.h"
+#include "app/instance_server_thread.h"
 #include "base/log.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QMetaMethod>
 
 #include <utility>
@@ -138,22 +139,22 @@ void InstanceGuard::settleRole() {
 
 void InstanceGuard::becomePrimary() {
     m_role = Role::Primary;
-    m_server = std::make_unique<InstanceServer>(
+    InstanceServer::Events events;
+    events.message = [this](quint32 instanceId, const QByteArray& message) {
+        takeMessage(instanceId, message);
+    };
+    events.instanceStarted = [this] {
+        {
+            const std::lock_guard<std::mutex> lock(m_mailMutex);
+            ++m_started;
+        }
+        postMail();
+    };
+    m_server = std::make_unique<InstanceServerThread>(
         m_name,
-        isPerUser(m_setup) ? InstanceServer::Access::SameUser : InstanceServer::Access::AllUsers);
-    connect(m_server.get(), &InstanceServer::sig_message, this, &InstanceGuard::takeMessage);
-    connect(m_server.get(),
-            &InstanceServer::sig_instanceStarted,
-            this,
-            &InstanceGuard::instanceStarted);
-    m_serverThread.setObjectName(QStringLiteral("instance server"));
-    m_server->moveToThread(&m_serverThread);
-    m_serverThread.start();
-
-    QString problem;
-    InstanceServer* server = m_server.get();
-    QMetaObject::invokeMethod(
-        server, [server, &problem] { problem = server->listen(); }, Qt::BlockingQueuedConnection);
+        isPerUser(m_setup) ? InstanceServer::Access::SameUser : InstanceServer::Access::AllUsers,
+        std::move(events));
+    const QString problem = m_server->begin();
     if (!problem.isEmpty())
         qCCritical(lcApp,
                    "SingleApplication: other instances cannot reach this one error=%ls",
@@ -177,10 +178,7 @@ void InstanceGuard::refuse() {
 void InstanceGuard::leaveBlock() {
     const bool isLocked = m_block->lock();
     // The socket goes under the lock, so that it is not the next primary's that goes.
-    // The server and its sockets are deleted on their own thread, at the latest when it ends.
-    m_server.release()->deleteLater();
-    m_serverThread.quit();
-    m_serverThread.wait();
+    m_server.reset();
     if (!isLocked) {
         qCWarning(lcApp, "SingleApplication: Unable to lock memory at end of execution.");
         return;
@@ -191,7 +189,7 @@ void InstanceGuard::leaveBlock() {
 }
 
 qint64 InstanceGuard::primaryPid() {
-    if (m_role == Role::Faulty || !m_block->lock())
+    if (m_role == Role::Faulty || !m_block->lock(SharedBlock::WhenGone::Fail))
         return 0;
     const qint64 pid = block().primaryPid;
     unlock("SingleApplication: Unable to unlock memory.");
@@ -199,7 +197,7 @@ qint64 InstanceGuard::primaryPid() {
 }
 
 QString InstanceGuard::primaryUser() {
-    if (m_role == Role::Faulty || !m_block->lock())
+    if (m_role == Role::Faulty || !m_block->lock(SharedBlock::WhenGone::Fail))
         return {};
     const QString user = blockPrimaryUser(block());
     unlock("SingleApplication: Unable to unlock memory.");
@@ -219,24 +217,42 @@ bool InstanceGuard::sendMessage(const QByteArray& message,
     return isSent;
 }
 
+void InstanceGuard::postMail() {
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
 void InstanceGuard::takeMessage(quint32 instanceId, const QByteArray& message) {
-    if (isSignalConnected(QMetaMethod::fromSignal(&InstanceGuard::receivedMessage))) {
-        emit receivedMessage(instanceId, message);
-        return;
+    {
+        const std::lock_guard<std::mutex> lock(m_mailMutex);
+        if (m_messages.size() >= kMostHeld) {
+            qCWarning(lcApp, "SingleApplication: nobody takes the messages, one is lost");
+            return;
+        }
+        m_messages.push_back({instanceId, message});
     }
-    if (m_held.size() < kMostHeld)
-        m_held.push_back({instanceId, message});
-    else
-        qCWarning(lcApp, "SingleApplication: nobody takes the messages, one is lost");
+    postMail();
+}
+
+void InstanceGuard::customEvent(QEvent*) {
+    deliver();
 }
 
 void InstanceGuard::connectNotify(const QMetaMethod& signal) {
-    if (signal == QMetaMethod::fromSignal(&InstanceGuard::receivedMessage) && !m_held.empty())
-        QMetaObject::invokeMethod(this, &InstanceGuard::deliverHeld, Qt::QueuedConnection);
+    if (signal == QMetaMethod::fromSignal(&InstanceGuard::receivedMessage))
+        postMail();
 }
 
-void InstanceGuard::deliverHeld() {
-    const std::vector<HeldMessage> held = std::exchange(m_held, {});
-    for (const HeldMessage& message : held)
-        emit receivedMessage(message.instanceId, message.message);
+void InstanceGuard::deliver() {
+    std::vector<Message> messages;
+    int started = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mailMutex);
+        started = std::exchange(m_started, 0);
+        if (isSignalConnected(QMetaMethod::fromSignal(&InstanceGuard::receivedMessage)))
+            messages = std::exchange(m_messages, {});
+    }
+    for (int n = 0; n < started; ++n)
+        emit instanceStarted();
+    for (const Message& message : messages)
+        emit receivedMessage(message.instanceId, message.bytes);
 }

@@ -4,15 +4,15 @@
 
 #include <QByteArray>
 #include <QObject>
-#include <QThread>
 
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
 class InstanceClient;
-class InstanceServer;
+class InstanceServerThread;
 class SharedBlock;
 struct InstanceBlock;
 
@@ -70,11 +70,12 @@ class InstanceGuard final : public QObject {
 
   protected:
     void connectNotify(const QMetaMethod& signal) override;
+    void customEvent(QEvent* event) override;
 
   private:
-    struct HeldMessage {
+    struct Message {
         quint32 instanceId;
-        QByteArray message;
+        QByteArray bytes;
     };
 
     bool openBlock();
@@ -88,8 +89,9 @@ class InstanceGuard final : public QObject {
     void fail(const char* what);
     void unlock(const char* complaint);
     InstanceBlock& block() const;
+    void postMail();
     void takeMessage(quint32 instanceId, const QByteArray& message);
-    void deliverHeld();
+    void deliver();
 
     const InstanceSetup m_setup;
     const QString m_name;
@@ -98,7 +100,10 @@ class InstanceGuard final : public QObject {
     quint32 m_instanceId = 0;
     std::unique_ptr<SharedBlock> m_block;
     std::unique_ptr<InstanceClient> m_client;
-    std::unique_ptr<InstanceServer> m_server;
-    QThread m_serverThread;
-    std::vector<HeldMessage> m_held;
+
+    std::mutex m_mailMutex; // guards the two below; the server's thread fills them
+    std::vector<Message> m_messages;
+    int m_started = 0; ///< instances that have told so and were not announced yet
+
+    std::unique_ptr<InstanceServerThread> m_server;
 };

@@ -29,8 +29,8 @@ struct InstanceServer::Peer {
     [[nodiscard]] bool isOwing() const { return !isIntroduced || reader.isInsideFrame(); }
 };
 
-InstanceServer::InstanceServer(QString name, Access access)
-    : m_name(std::move(name)), m_access(access) {}
+InstanceServer::InstanceServer(QString name, Access access, Events events)
+    : m_name(std::move(name)), m_access(access), m_events(std::move(events)) {}
 
 InstanceServer::~InstanceServer() {
     // The sockets' last signals must not find half an object.
@@ -127,7 +127,7 @@ void InstanceServer::read(Peer& peer) {
 
 bool InstanceServer::takeBody(Peer& peer) {
     if (peer.isIntroduced) {
-        emit sig_message(peer.introduction.instanceId, peer.reader.body());
+        m_events.message(peer.introduction.instanceId, peer.reader.body());
         return true;
     }
     const std::optional<InitialFrame> frame = readInitialBody(peer.reader.body(), m_name);
@@ -136,7 +136,7 @@ bool InstanceServer::takeBody(Peer& peer) {
     peer.isIntroduced = true;
     peer.introduction = *frame;
     if (frame->type != ConnectionType::Reconnect)
-        emit sig_instanceStarted();
+        m_events.instanceStarted();
     return true;
 }
 

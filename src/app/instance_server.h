@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -13,23 +14,25 @@ class QLocalSocket;
 
 /// Takes messages of other instances in on behalf of the primary. A peer that sends nonsense, too
 /// much or too slowly is cut off and logged; it never keeps the others waiting.
-/// Thread: lives on a thread of its own, so that senders have their answers while the window is
-/// busy; all functions there. Owner: InstanceGuard. Life: listen() once.
+/// Thread: lives on the thread of InstanceServerThread; all functions there. Owner: that thread.
+/// Life: listen() once.
 class InstanceServer final : public QObject {
     Q_OBJECT
 
   public:
     enum class Access { SameUser, AllUsers };
 
-    InstanceServer(QString name, Access access);
+    /// Called on the server's thread.
+    struct Events {
+        std::function<void()> instanceStarted;
+        std::function<void(quint32 instanceId, const QByteArray& message)> message;
+    };
+
+    InstanceServer(QString name, Access access, Events events);
     ~InstanceServer() override;
 
     /// Removes what a killed primary left of the socket. Empty: it listens; else why not.
     QString listen();
-
-  signals:
-    void sig_instanceStarted();
-    void sig_message(quint32 instanceId, const QByteArray& message);
 
   private:
     struct Peer;
@@ -46,6 +49,7 @@ class InstanceServer final : public QObject {
 
     const QString m_name;
     const Access m_access;
+    const Events m_events;
     std::unique_ptr<QLocalServer> m_server;
     std::vector<std::unique_ptr<Peer>> m_peers; // oldest first
     int m_lateTimer = 0;

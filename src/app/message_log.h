@@ -12,6 +12,8 @@
 #include <optional>
 #include <thread>
 
+class AppSettings;
+
 /// What the log keeps and where.
 struct MessageLogSetup {
     QString path;                   ///< of the file; empty: no file
@@ -20,6 +22,9 @@ struct MessageLogSetup {
     int memoryLines = 2000;         ///< kept for a log view
     std::size_t mostQueued = 10000; ///< lines; what comes beyond is counted, not kept
 };
+
+/// "Wavelark.log" in the data folder and the level, as the settings say. GUI thread.
+MessageLogSetup messageLogSetup(const AppSettings& settings);
 
 /// The debug log: takes over Qt's messages, writes "time thread category level message" lines to a
 /// file on a thread of its own, keeps the last ones for a log view, and sends warnings and worse to

@@ -15,6 +15,8 @@ class SharedBlock {
     enum class Opened { Created, AlreadyThere, Failed };
     /// Whose processes meet under the name.
     enum class Scope { User, System };
+    /// What to do where the block was removed since attach().
+    enum class WhenGone { MakeAnew, Fail };
 
     SharedBlock(const QString& name, int bytes, Scope scope);
     ~SharedBlock();
@@ -24,13 +26,13 @@ class SharedBlock {
     Opened create();
     /// False where there is no such block.
     bool attach();
-    /// Waits for the lock; false where the system refuses it. A new block may have been made
-    /// under the name since attach(): then this one moves over to it, so that all processes
-    /// that hold the lock see the same block.
-    bool lock();
+    /// Waits for the lock; false where the system refuses it. A block that was removed since
+    /// attach() is left for the one that now has the name, so that all processes that hold the
+    /// lock see the same block.
+    bool lock(WhenGone whenGone = WhenGone::MakeAnew);
     bool unlock();
-    /// Drops the name, so that the last one to go leaves nothing behind. Only while locked, and as the
-    /// last thing: from then on others may make the block anew.
+    /// Drops the name, so that the last one to go leaves nothing behind. Only while locked, and as
+    /// the last thing: from then on others may make the block anew.
     void remove();
 
     /// Null before create() or attach().

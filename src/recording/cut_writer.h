@@ -41,7 +41,7 @@ struct CutStart {
 };
 
 /// Frames that the history must hold for every format's pre-roll.
-constexpr int kPreRollFrames = 12;
+constexpr int kPreRollFrames = 32;
 
 std::unique_ptr<CutWriter> makeCutWriter(ByteSink& sink, CutStart start);
 

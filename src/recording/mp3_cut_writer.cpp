@@ -22,6 +22,18 @@ int reachBack(const QByteArray& frame) {
                   : 0;
 }
 
+/// Frames that a decoder must have got right before one that is to be right: for one granule's
+/// overlap and the filter bank's memory a whole frame, of the half-rate ones two.
+std::size_t settlingFrames(int frameSamples) {
+    constexpr int kFullFrame = 1152;
+    return frameSamples == kFullFrame ? 1 : 2;
+}
+
+/// Frames that the field for the delay can hide.
+int maxDelayFrames(int frameSamples) {
+    return (kMaxMp3Delay + kMp3DecoderDelay) / std::max(1, frameSamples);
+}
+
 /// The last `bytes` of main data in frames [0, end); where there is less, zeros stand in front.
 QByteArray reservoirBefore(const FrameHistory& frames, std::size_t end, int bytes) {
     QByteArray data;
@@ -63,7 +75,7 @@ void Mp3CutWriter::write(const AudioFrame& frame) {
         m_sampleRate = frame.sampleRate;
     }
     m_waiting.push_back(frame);
-    const int limit = (kMaxMp3Delay + kMp3DecoderDelay) / std::max(1, m_frameSamples);
+    const int limit = maxDelayFrames(m_frameSamples);
     if (m_isPlain || !m_before.empty() || framesWithoutReservoir(m_waiting, limit))
         begin();
 }
@@ -85,10 +97,8 @@ void Mp3CutWriter::begin() {
 }
 
 void Mp3CutWriter::beginAfter(const FrameHistory& before) {
-    // one granule's overlap and the filter bank's memory: a whole frame, of half-rate frames two
-    constexpr int kFullFrame = 1152;
-    const std::size_t wanted = m_frameSamples == kFullFrame ? 1 : 2;
-    const std::size_t first = before.size() - std::min(wanted, before.size());
+    const std::size_t first =
+        before.size() - std::min(settlingFrames(m_frameSamples), before.size());
     const int reach = std::min(kMaxReservoir, reachBack(before[first].bytes));
 
     QByteArray carrier;
@@ -103,13 +113,14 @@ void Mp3CutWriter::beginAfter(const FrameHistory& before) {
 }
 
 void Mp3CutWriter::beginWithout() {
-    const int limit = (kMaxMp3Delay + kMp3DecoderDelay) / std::max(1, m_frameSamples);
+    const int limit = maxDelayFrames(m_frameSamples);
     const int missing =
         framesWithoutReservoir(m_waiting, limit).value_or(static_cast<int>(m_waiting.size()));
     // decoders skip 529 samples at least: a silent frame gives them something to skip
     const bool needsSilence = missing == 0;
-    m_delayFrames = needsSilence ? 1 : missing;
-    m_samples -= needsSilence ? 0 : static_cast<qint64>(missing) * m_frameSamples;
+    const int unheard = std::min(missing + static_cast<int>(settlingFrames(m_frameSamples)), limit);
+    m_delayFrames = needsSilence ? 1 : unheard;
+    m_samples -= needsSilence ? 0 : static_cast<qint64>(unheard) * m_frameSamples;
     writeLead({});
     if (needsSilence)
         writeLead(mp3CarrierFrame(raw(m_model), {}));

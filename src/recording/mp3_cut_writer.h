@@ -12,7 +12,8 @@ namespace BASS {
 /// where that frame reaches back, a silent frame that carries the main data it needs.
 ///
 /// Where nothing lies before the first frame (the recording begins, or a gap), frames whose
-/// reservoir is missing are marked by the same delay. Frames behind a gap inside a file stay as
+/// reservoir is missing, and those that the decoder needs to settle after them, are marked by the
+/// same delay: they are in the file and not heard. Frames behind a gap inside a file stay as
 /// they were served.
 ///
 /// Byte-exact files and layers 1 and 2 have neither Info frame nor pre-roll.

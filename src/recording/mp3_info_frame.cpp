@@ -69,13 +69,18 @@ void appendTable(QByteArray& tag, const Mp3InfoFields& fields) {
     }
 }
 
+/// The fields for lengths have 32 bits; a longer file tells the most that they hold.
+quint32 lengthField(qint64 bytes) {
+    return static_cast<quint32>(std::min<qint64>(bytes, 0xFFFFFFFF));
+}
+
 QByteArray extension(const Mp3InfoFields& fields) {
     QByteArray tag("LAME3.100"); // decoders take the delay from tags that begin like this only
     tag.append(static_cast<char>(fields.isVariable ? 4 : 1)); // revision 0, method
     tag.append(11, '\0'); // low pass, peak, two gains, flags, bitrate: not told
     appendNumber(tag, static_cast<quint32>(fields.delay) << 12, 3); // no padding at the end
     tag.append(4, '\0');                                            // misc, gain, preset
-    appendNumber(tag, static_cast<quint32>(fields.audioBytes), 4);
+    appendNumber(tag, lengthField(fields.audioBytes), 4);
     tag.append(2, '\0'); // checksum of the music: not told
     return tag;
 }
@@ -119,7 +124,7 @@ QByteArray mp3InfoFrame(const std::uint8_t* model, const Mp3InfoFields& fields) 
     appendNumber(tag, isComplete ? kHasFrames | kHasBytes | kHasTable | kHasQuality : 0, 4);
     if (isComplete) {
         appendNumber(tag, static_cast<quint32>(fields.table->frames()), 4);
-        appendNumber(tag, static_cast<quint32>(fields.audioBytes), 4);
+        appendNumber(tag, lengthField(fields.audioBytes), 4);
         appendTable(tag, fields);
         appendNumber(tag, 0, 4);
     }

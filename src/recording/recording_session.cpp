@@ -56,6 +56,7 @@ void RecordingSession::connectionBegan(qint64 position, const QByteArray& header
     m_position = position;
     m_connectionStart = isStart ? position : -1;
     m_undetected = header;
+    m_format = StreamFormat::Unknown;
 }
 
 void RecordingSession::append(const QByteArray& bytes) {
@@ -82,9 +83,14 @@ void RecordingSession::detect(bool isEnd) {
     if (!format)
         return;
     m_format = *format;
+    // a connection too short to tell what it is belongs to the open file
+    if (isEnd && m_format == StreamFormat::Unknown && m_record.isOpen())
+        m_format = m_fileFormat;
     qCInfo(lcRecording) << "RecordingSession::detect format=" << static_cast<int>(m_format);
     if (!canBeCut(m_format) && m_format != StreamFormat::Ogg && isCutting())
         qCWarning(lcRecording) << "RecordingSession::detect streams of this format are not cut";
+    if (m_format == StreamFormat::Ogg)
+        m_planner = SplitPlanner(m_options.splitDelay); // its links have the say
     m_parser = makeStreamParser(m_format, m_position - m_undetected.size());
     FrameList frames;
     const QByteArray bytes = std::exchange(m_undetected, {});
@@ -137,6 +143,7 @@ void RecordingSession::resume(qint64 position, const QByteArray& header) {
     m_isPaused = false;
     m_position = position;
     m_undetected = header;
+    m_format = StreamFormat::Unknown;
     m_connectionStart = -1;
 }
 

@@ -51,6 +51,7 @@ class StreamRecorder final : public QObject {
     void connectionEnded();
 
   signals:
+    /// Comes once more for the same file where its first title gives it another name.
     void sig_fileOpened(const QString& path, const BASS::Song& song);
     void sig_fileFinished(const BASS::RecordedFile& file);
     void sig_progress(const BASS::RecordingProgress& progress);

@@ -21,7 +21,7 @@ QStringList instance(const QString& link, const QString& text) {
     return {QStringLiteral("instance"), link, text};
 }
 
-/// "primary <name> <pid> <user>"
+/// "role=primary <name> <pid> <user>"
 QString serverNameOf(Child& primary) {
     return QString::fromLatin1(primary.output().split(' ').value(1).trimmed());
 }
@@ -35,6 +35,7 @@ bool forward(const QString& link, const QString& text) {
 void end(Child& primary, const QString& link) {
     EXPECT_TRUE(forward(link, QStringLiteral("quit")));
     EXPECT_TRUE(primary.waitForEnd());
+    EXPECT_EQ(primary.exitCode(), 0) << primary.output().constData();
 }
 
 bool connectRaw(QLocalSocket& socket, const QString& name) {
@@ -46,7 +47,7 @@ bool connectRaw(QLocalSocket& socket, const QString& name) {
 TEST(Instance, ASecondStartHandsItsTextOver) {
     const QString link = freshLink();
     Child first(instance(link, QStringLiteral("-")));
-    ASSERT_TRUE(first.waitForOutput("primary"));
+    ASSERT_TRUE(first.waitForOutput("role=primary"));
     Child second(instance(link, QString::fromUtf8("a\n/url=\xc3\xa4")));
     ASSERT_TRUE(second.waitForEnd());
     EXPECT_EQ(second.exitCode(), 0);
@@ -56,45 +57,50 @@ TEST(Instance, ASecondStartHandsItsTextOver) {
     // Another link is another program.
     const QString otherLink = freshLink();
     Child stranger(instance(otherLink, QStringLiteral("x")));
-    EXPECT_TRUE(stranger.waitForOutput("primary"));
+    EXPECT_TRUE(stranger.waitForOutput("role=primary"));
     end(stranger, otherLink);
 
     end(first, link);
     Child next(instance(link, QStringLiteral("-")));
-    EXPECT_TRUE(next.waitForOutput("primary"));
+    EXPECT_TRUE(next.waitForOutput("role=primary"));
     end(next, link);
 }
 
 TEST(Instance, RefusedSecondariesEndWithZeroAndTellThePrimary) {
     const QString link = freshLink();
     Child first({QStringLiteral("refused"), link});
-    ASSERT_TRUE(first.waitForOutput("primary"));
+    ASSERT_TRUE(first.waitForOutput("role=primary"));
     Child second({QStringLiteral("refused"), link});
     ASSERT_TRUE(second.waitForEnd());
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_TRUE(second.output().contains("exit"));
     EXPECT_TRUE(first.waitForOutput("started"));
+    end(first, link);
 }
 
 TEST(Instance, AKilledPrimaryIsReplacedByTheNextStart) {
     const QString link = freshLink();
     for (int round = 0; round < 3; ++round) {
         Child first(instance(link, QStringLiteral("-")));
-        ASSERT_TRUE(first.waitForOutput("primary")) << first.output().constData();
+        ASSERT_TRUE(first.waitForOutput("role=primary")) << first.output().constData();
         EXPECT_TRUE(forward(link, QStringLiteral("hello")));
         EXPECT_TRUE(first.waitForOutput("<hello>"));
         first.kill();
     }
     Child last(instance(link, QStringLiteral("-")));
-    ASSERT_TRUE(last.waitForOutput("primary"));
+    ASSERT_TRUE(last.waitForOutput("role=primary"));
     end(last, link);
 }
 
 TEST(Instance, MessagesReachAPrimaryWhoseWindowIsBusy) {
     const QString link = freshLink();
     Child hung({QStringLiteral("hung"), link});
-    ASSERT_TRUE(hung.waitForOutput("primary"));
+    ASSERT_TRUE(hung.waitForOutput("role=primary"));
     EXPECT_TRUE(forward(link, QStringLiteral("x")));
+    hung.kill();
+    Child next(instance(link, QStringLiteral("-")));
+    ASSERT_TRUE(next.waitForOutput("role=primary"));
+    end(next, link);
 }
 
 TEST(Instance, OfFiftyStartsOneIsPrimaryAndGetsAllOthers) {
@@ -106,7 +112,7 @@ TEST(Instance, OfFiftyStartsOneIsPrimaryAndGetsAllOthers) {
             children.push_back(
                 std::make_unique<Child>(instance(link, QStringLiteral("text %1.").arg(n))));
         const auto isPrimary = [](const auto& child) {
-            return child->output().contains("primary ");
+            return child->output().contains("role=primary ");
         };
         ASSERT_TRUE(
             waitFor([&] { return std::any_of(children.begin(), children.end(), isPrimary); }));
@@ -130,7 +136,7 @@ TEST(Instance, OfFiftyStartsOneIsPrimaryAndGetsAllOthers) {
 TEST(Instance, HostilePeersAreCutOffAndOthersServed) {
     const QString link = freshLink();
     Child primary(instance(link, QStringLiteral("-")));
-    ASSERT_TRUE(primary.waitForOutput("primary"));
+    ASSERT_TRUE(primary.waitForOutput("role=primary"));
     const QString name = serverNameOf(primary);
 
     QLocalSocket silent;
@@ -169,7 +175,7 @@ TEST(Instance, HostilePeersAreCutOffAndOthersServed) {
 TEST(Instance, LongMessagesArriveWhole) {
     const QString link = freshLink();
     Child primary(instance(link, QStringLiteral("-")));
-    ASSERT_TRUE(primary.waitForOutput("primary"));
+    ASSERT_TRUE(primary.waitForOutput("role=primary"));
     EXPECT_TRUE(forward(link, QString(120000, QLatin1Char('x'))));
     EXPECT_TRUE(primary.waitForOutput("> 120000"));
     end(primary, link);

@@ -36,8 +36,12 @@ class Child {
         m_output += m_process.readAll();
         return m_output;
     }
+    /// True once it has printed a whole line with this text.
     bool waitForOutput(const QByteArray& text) {
-        return waitFor([&] { return output().contains(text); });
+        return waitFor([&] {
+            const int at = output().indexOf(text);
+            return at >= 0 && output().indexOf('\n', at) >= 0;
+        });
     }
     bool waitForEnd() {
         return waitFor([&] { return m_process.state() == QProcess::NotRunning; });

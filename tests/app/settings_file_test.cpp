@@ -2,6 +2,7 @@
 #include "app/settings_fixture.h"
 
 #include <QSettings>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,7 @@ TEST_F(SettingsTest, AFolderThatCannotBeWrittenGivesOneMessageAndWorksInMemory) 
     QFile inTheWay(m_dir.filePath(QStringLiteral("Brindlecove")));
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     AppSettings settings(folder());
+    QSignalSpy told(&settings, &AppSettings::sig_messageAdded);
     settings.Volume.set(70);
     settings.Retries.set(8);
     EXPECT_FALSE(settings.flush(std::chrono::milliseconds(200)));
@@ -72,6 +74,7 @@ TEST_F(SettingsTest, AFolderThatCannotBeWrittenGivesOneMessageAndWorksInMemory) 
     EXPECT_EQ(settings.Volume(), 70);
     EXPECT_EQ(settings.Retries(), 8);
     EXPECT_EQ(settings.takeMessages().size(), 1);
+    EXPECT_TRUE(waitFor([&] { return told.size() == 1; }));
 }
 
 TEST_F(SettingsTest, ChangesFromOutsideAreNoticed) {

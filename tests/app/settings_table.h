@@ -11,7 +11,7 @@ struct SettingRow {
     Value fresh;
 };
 
-// clang-format off: one line a key
+// clang-format off
 inline constexpr SettingRow<BoolSetting, bool> kBoolSettings[] = {
     {"AskOnStartup", &AppSettings::AskOnStartup, false},
     {"AlwaysOnTop", &AppSettings::AlwaysOnTop, false},

@@ -155,7 +155,9 @@ TEST(Recording, GoesOnInTheSameFileOverLostConnections) {
     ASSERT_EQ(files.size(), 1) << files.join(QLatin1Char('\n')).toStdString();
     EXPECT_GE(station.served().size(), 3);
     expectClean(files);
-    EXPECT_GT(media::decodedSeconds(files.first()), 11.0);
+    // each connection lost at most the frame that was torn and the one that it joined in
+    const qint64 mostTorn = 2 * kMostUnfinishedFrame * station.served().size();
+    EXPECT_GE(laidEndToEnd(files, true).size(), allServed(station).size() - mostTorn);
 }
 
 TEST(Recording, StreamsOfARealServer) {

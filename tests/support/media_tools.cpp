@@ -4,6 +4,7 @@
 
 #include <QProcess>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -21,6 +22,12 @@ Output runTool(const QString& program, const QStringList& arguments) {
     const bool isOk = process.waitForFinished(kLimitMs) &&
                       process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     return {process.readAllStandardOutput(), process.readAllStandardError(), isOk};
+}
+
+/// A frame of zeros behind its header: no encoder makes it, the recorder puts it in front.
+bool isSilentFrame(const std::uint8_t* frame, std::size_t bytes) {
+    return std::all_of(
+        frame + BASS::kMpegHeaderBytes, frame + bytes, [](std::uint8_t b) { return b == 0; });
 }
 
 const QString kFfmpeg = QStringLiteral("ffmpeg");
@@ -107,8 +114,6 @@ QByteArray media::mp3StreamBytes(const QByteArray& file, bool hasPreRoll) {
     if (mark != "Info" && mark != "Xing")
         return file;
     std::size_t at = info->bytes;
-    if (!hasPreRoll)
-        return file.mid(static_cast<int>(at));
     // the encoder delay stands behind flags, frames, bytes, table of contents, quality and version
     // text
     constexpr int kDelayOffset = 8 + 4 + 4 + 100 + 4 + 21;
@@ -123,6 +128,10 @@ QByteArray media::mp3StreamBytes(const QByteArray& file, bool hasPreRoll) {
         const auto frame = BASS::parseMpegFrame(data + at, size - at);
         if (!frame)
             return {};
+        // nothing lies before the first file of a session: what it marks is its own, but for
+        // silence
+        if (!hasPreRoll && !isSilentFrame(data + at, frame->bytes))
+            break;
         at += frame->bytes;
     }
     return file.mid(static_cast<int>(at));

@@ -18,6 +18,7 @@ bool FfmpegLibrary::ChannelPlay(DWORD handle, bool restart) {
         channel->seek(0.0);
     else if (voice.hasEnded())
         return fail(BASS_ERROR_ENDED);
+    m_output.wake();
     voice.setMode(Voice::Mode::Playing);
     return succeed();
 }
@@ -124,7 +125,7 @@ FfmpegLibrary::ChannelSetSync(DWORD handle, DWORD type, QWORD param, SYNCPROC* p
         fail(BASS_ERROR_ILLPARAM);
         return 0;
     }
-    return channel->syncs().add(type, param, proc, user);
+    return channel->addSync(type, param, proc, user);
 }
 
 bool FfmpegLibrary::ChannelRemoveSync(DWORD handle, HSYNC sync) {

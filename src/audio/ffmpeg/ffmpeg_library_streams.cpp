@@ -113,6 +113,7 @@ HSTREAM FfmpegLibrary::HLS_StreamCreateFile(const void* /*file*/, DWORD /*flags*
 }
 
 FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
+    m_output.wake(); // while the connection is made
     StreamChannel::Context context;
     context.flags = flags;
     context.rate = m_rate.load();
@@ -185,8 +186,11 @@ HSTREAM FfmpegLibrary::finishCreate(const Channel& channel) {
         fail(error);
         return 0;
     }
-    const std::lock_guard lock(m_mutex);
-    m_channels.emplace(channel->handle(), channel);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_channels.emplace(channel->handle(), channel);
+    }
+    m_signal.post(); // for what happened before the dispatcher knew the channel
     succeed();
     return channel->handle();
 }

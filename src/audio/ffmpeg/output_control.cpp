@@ -4,7 +4,7 @@
 #include "audio/ffmpeg/null_output.h"
 #include "base/log.h"
 
-#include <chrono>
+#include <algorithm>
 
 namespace BASS {
 namespace {
@@ -12,6 +12,11 @@ namespace {
 /// How often a lost device is noticed and a missing one looked for. SDL's events would need its
 /// event loop to be pumped; asking once a second costs nothing measurable.
 constexpr std::chrono::seconds kWatchEvery{1};
+/// After so long without a stream the device is closed: it keeps sound servers and hardware awake.
+constexpr std::chrono::seconds kRestAfter{10};
+/// Pauses between attempts to find a device where there is none.
+constexpr std::chrono::seconds kRetryFirst{4};
+constexpr std::chrono::seconds kRetryAtMost{60};
 
 } // namespace
 
@@ -20,11 +25,6 @@ OutputControl::OutputControl(Mixer& mixer, std::function<void()> onLost)
 
 OutputControl::~OutputControl() {
     close();
-}
-
-void OutputControl::startSdl() {
-    if (!m_sdl && !SdlAudio::isDummyAsked())
-        m_sdl = std::make_unique<SdlAudio>();
 }
 
 bool OutputControl::open(int device, std::uint32_t rate) {
@@ -38,96 +38,147 @@ bool OutputControl::open(int device, std::uint32_t rate) {
         return false;
     }
     close();
-    const std::lock_guard lock(m_mutex);
-    m_device = device;
-    m_name = name;
-    m_rate = rate;
-    openChosen();
-    m_isOpen = true;
+    {
+        const std::lock_guard lock(m_deviceMutex);
+        m_device.store(device);
+        m_name = name;
+        m_rate = rate;
+        openChosen();
+    }
+    m_lastUse = std::chrono::steady_clock::now(); // no thread yet
+    m_isAsleep = false;
     m_isStopping = false;
-    if (device != kNoSound && m_sdl)
-        m_watcher = std::thread([this] { run(); });
+    m_thread = std::thread([this] { run(); });
+    m_isOpen.store(true);
     return true;
 }
 
-void OutputControl::openChosen() {
-    m_sdlOutput = nullptr;
-    m_output.reset();
-    if (m_device != kNoSound) {
-        startSdl();
-        if (m_sdl && m_sdl->isUp()) {
-            auto output = SdlOutput::open(m_mixer, m_rate, m_name);
-            if (!output && !m_name.empty()) // better another device than silence
-                output = SdlOutput::open(m_mixer, m_rate, {});
-            m_sdlOutput = output.get();
-            m_output = std::move(output);
-        }
-    }
-    if (!m_output) {
-        qCInfo(lcAudio, "output=none, paced by the clock");
-        m_output = std::make_unique<NullOutput>(m_mixer, m_rate);
-    }
-}
-
 void OutputControl::close() {
+    m_isOpen.store(false);
     {
         const std::lock_guard lock(m_mutex);
         m_isStopping = true;
     }
     m_changed.notify_all();
-    if (m_watcher.joinable())
-        m_watcher.join();
-    const std::lock_guard lock(m_mutex);
-    m_sdlOutput = nullptr;
-    m_output.reset();
-    m_isOpen = false;
+    if (m_thread.joinable())
+        m_thread.join();
+    const std::lock_guard lock(m_deviceMutex);
+    closeOutput();
 }
 
-bool OutputControl::isOpen() const {
-    const std::lock_guard lock(m_mutex);
-    return m_isOpen;
-}
-
-int OutputControl::device() const {
-    const std::lock_guard lock(m_mutex);
-    return m_device;
+void OutputControl::wake() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_lastUse = std::chrono::steady_clock::now();
+        if (!m_isAsleep)
+            return;
+    }
+    m_changed.notify_all();
 }
 
 void OutputControl::run() {
+    const auto isRested = [this] { // under the lock
+        return std::chrono::steady_clock::now() - m_lastUse >= kRestAfter && m_mixer.isEmpty();
+    };
     std::unique_lock lock(m_mutex);
-    while (!m_changed.wait_for(lock, kWatchEvery, [this] { return m_isStopping; })) {
-        if (m_sdlOutput != nullptr && !m_sdlOutput->isLost())
-            continue;
-        if (m_sdlOutput != nullptr) {
-            qCWarning(lcAudio, "output device lost device=%s", m_name.c_str());
-            lock.unlock();
-            m_onLost();
-            lock.lock();
+    while (!m_isStopping) {
+        if (m_isAsleep) {
+            m_changed.wait(lock, [&] { return m_isStopping || !isRested(); });
+            m_isAsleep = false;
             if (m_isStopping)
                 return;
+            lock.unlock();
+            const std::lock_guard device(m_deviceMutex);
+            openChosen();
+        } else if (m_changed.wait_for(lock, kWatchEvery, [this] { return m_isStopping; })) {
+            return;
+        } else if (isRested()) {
+            m_isAsleep = true;
+            lock.unlock();
+            const std::lock_guard device(m_deviceMutex);
+            closeOutput();
+        } else {
+            lock.unlock();
+            tend();
         }
-        reopen();
+        lock.lock();
     }
 }
 
-/// Under the lock. The null output keeps the streams going while there is no device.
-bool OutputControl::reopen() {
-    auto output = SdlOutput::open(m_mixer, m_rate, m_name);
-    if (!output && !m_name.empty())
-        output = SdlOutput::open(m_mixer, m_rate, {});
-    if (!output) {
-        if (m_sdlOutput != nullptr)
-            openChosen();
-        return false;
+void OutputControl::tend() {
+    bool isLost = false;
+    {
+        const std::lock_guard lock(m_deviceMutex);
+        if (m_device.load() == kNoSound || !m_sdl || !m_sdl->isUp() ||
+            (m_sdlOutput != nullptr && !m_sdlOutput->isLost()))
+            return;
+        isLost = m_sdlOutput != nullptr;
+        if (isLost)
+            qCWarning(lcAudio, "output device lost device=%s", m_name.c_str());
+        reopen();
     }
-    m_output.reset(); // one clock at a time
-    m_sdlOutput = output.get();
-    m_output = std::move(output);
-    return true;
+    if (isLost)
+        m_onLost();
+}
+
+/// The chosen device, or any. Until there is one, the clock keeps the streams going.
+void OutputControl::reopen() {
+    if (m_sdlOutput == nullptr && std::chrono::steady_clock::now() < m_nextTry)
+        return;
+    auto output = openDevice();
+    if (output || m_sdlOutput != nullptr)
+        use(std::move(output));
+    else
+        waitLonger(); // the clock runs already
+}
+
+void OutputControl::waitLonger() {
+    m_retryAfter = std::clamp(2 * m_retryAfter, kRetryFirst, kRetryAtMost);
+    m_nextTry = std::chrono::steady_clock::now() + m_retryAfter;
+}
+
+std::unique_ptr<SdlOutput> OutputControl::openDevice() {
+    auto output = SdlOutput::open(m_mixer, m_rate, m_name);
+    if (!output && !m_name.empty()) // better another device than silence
+        output = SdlOutput::open(m_mixer, m_rate, {});
+    return output;
+}
+
+/// Changes over to a device that is open and waits, or to the clock: never two at a time.
+void OutputControl::use(std::unique_ptr<SdlOutput> output) {
+    closeOutput();
+    if (output) {
+        m_retryAfter = {};
+        output->start();
+        m_sdlOutput = output.get();
+        m_output = std::move(output);
+        return;
+    }
+    qCInfo(lcAudio, "output=none, paced by the clock");
+    m_output = std::make_unique<NullOutput>(m_mixer, m_rate);
+    waitLonger();
+}
+
+void OutputControl::startSdl() {
+    if (!m_sdl && !SdlAudio::isDummyAsked())
+        m_sdl = std::make_unique<SdlAudio>();
+}
+
+void OutputControl::closeOutput() {
+    m_sdlOutput = nullptr;
+    m_output.reset();
+}
+
+void OutputControl::openChosen() {
+    closeOutput(); // a device may refuse to be opened twice
+    if (m_device.load() != kNoSound)
+        startSdl();
+    const bool hasSdl = m_device.load() != kNoSound && m_sdl && m_sdl->isUp();
+    use(hasSdl ? openDevice() : nullptr);
 }
 
 std::vector<OutputControl::Device> OutputControl::devices() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(m_deviceMutex);
     startSdl();
     std::vector<Device> result{{"No sound", "", false}};
     if (!m_sdl || !m_sdl->isUp())

@@ -3,19 +3,23 @@
 #include "audio/ffmpeg/output.h"
 #include "audio/ffmpeg/sdl_output.h"
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace BASS {
 
 class Mixer;
 
-/// Keeps the mixer heard: opens the chosen device, falls back to the clock where none opens, and
-/// brings the sound back when a device went away and another is there.
+/// Keeps the mixer heard: opens the chosen device, falls back to the clock where none opens, brings
+/// the sound back when a device went away and another is there, and lets the device rest while
+/// there is nothing to play.
 ///
 /// *Thread*: any; a thread of its own opens, closes and watches devices. *Owner*: the library.
 /// *Life*: open(), any number of times, close().
@@ -30,12 +34,15 @@ class OutputControl {
     OutputControl(const OutputControl&) = delete;
     OutputControl& operator=(const OutputControl&) = delete;
 
+    /// Sound is wanted soon: a device that was closed because nothing played for a while is opened
+    /// again, without waiting for it.
+    void wake();
     /// device: kDefault, kNoSound, or a place in devices(). False where there is no such device.
     /// Waits for the device, which may take some 50 ms.
     bool open(int device, std::uint32_t rate);
     void close();
-    [[nodiscard]] bool isOpen() const;
-    [[nodiscard]] int device() const;
+    [[nodiscard]] bool isOpen() const { return m_isOpen.load(); }
+    [[nodiscard]] int device() const { return m_device.load(); }
 
     struct Device {
         std::string name;
@@ -47,25 +54,35 @@ class OutputControl {
 
   private:
     void run();
-    bool reopen();
-    void watch();
+    void tend();
+    void reopen();
+    void waitLonger();
     void startSdl();
     void openChosen();
+    void closeOutput();
+    std::unique_ptr<SdlOutput> openDevice();
+    void use(std::unique_ptr<SdlOutput> output);
 
     Mixer& m_mixer;
     const std::function<void()> m_onLost;
+    std::atomic<bool> m_isOpen{false};
+    std::atomic<int> m_device{kDefault};
 
-    mutable std::mutex m_mutex; ///< guards all below
-    std::condition_variable m_changed;
+    std::mutex m_deviceMutex; ///< guards the device and its names; held while it opens or closes
     std::unique_ptr<SdlAudio> m_sdl;
     std::unique_ptr<Output> m_output;
     SdlOutput* m_sdlOutput = nullptr; ///< m_output, where it is one
     std::string m_name;               ///< of the chosen device; empty: the default
     std::uint32_t m_rate = 44100;
-    int m_device = kDefault;
-    bool m_isOpen = false;
+    std::chrono::seconds m_retryAfter{0}; ///< doubles with each vain attempt
+    std::chrono::steady_clock::time_point m_nextTry;
+
+    std::mutex m_mutex; ///< guards what follows; never held for long
+    std::condition_variable m_changed;
+    std::chrono::steady_clock::time_point m_lastUse;
+    bool m_isAsleep = false; ///< the output is closed until wake()
     bool m_isStopping = false;
-    std::thread m_watcher;
+    std::thread m_thread;
 };
 
 } // namespace BASS

@@ -38,12 +38,15 @@ SdlOutput::open(Mixer& mixer, std::uint32_t rate, const std::string& name) {
             lcAudio, "output does not open device=%s reason=%s", name.c_str(), SDL_GetError());
         return nullptr;
     }
-    SDL_PauseAudioDevice(device, 0);
     return std::unique_ptr<SdlOutput>(new SdlOutput(device));
 }
 
 SdlOutput::~SdlOutput() {
     SDL_CloseAudioDevice(m_device);
+}
+
+void SdlOutput::start() {
+    SDL_PauseAudioDevice(m_device, 0);
 }
 
 bool SdlOutput::isLost() const {

@@ -12,15 +12,15 @@ namespace BASS {
 /// Plays through SDL: PulseAudio, PipeWire, ALSA, WASAPI and so on.
 class SdlOutput final : public Output {
   public:
-    /// name: empty for the system's default, which the stream then follows. Null where the device
-    /// does not open; the reason is in the log.
+    /// name: empty for the system's default, which the stream then follows. Silent until start().
+    /// Null where the device does not open; the reason is in the log.
     static std::unique_ptr<SdlOutput>
     open(Mixer& mixer, std::uint32_t rate, const std::string& name);
     ~SdlOutput() override;
 
+    void start();
     /// The device is gone (unplugged, sound server ended).
     [[nodiscard]] bool isLost() const;
-    [[nodiscard]] std::uint32_t id() const { return m_device; }
 
   private:
     explicit SdlOutput(std::uint32_t device) : m_device(device) {}

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -275,6 +276,36 @@ void StreamChannel::post(DWORD type, DWORD data) {
     m_context.signal->post();
 }
 
+HSYNC StreamChannel::addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user) {
+    const HSYNC handle = m_syncs.add(type, param, proc, user);
+    repeatMissed();
+    return handle;
+}
+
+/// A short stream may be here whole before the engine has set its syncs.
+void StreamChannel::tellDownloadEnd() {
+    if (m_syncs.has(BASS_SYNC_DOWNLOAD)) {
+        m_syncs.fire(BASS_SYNC_DOWNLOAD, 0);
+        return;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_hasMissedEnd = true;
+    }
+    repeatMissed();
+}
+
+void StreamChannel::repeatMissed() {
+    if (!m_syncs.has(BASS_SYNC_DOWNLOAD))
+        return;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!std::exchange(m_hasMissedEnd, false))
+            return;
+    }
+    post(BASS_SYNC_DOWNLOAD, 0);
+}
+
 bool StreamChannel::dispatch() {
     const std::uint32_t events = m_voice.takeEvents();
     std::deque<Event> posted;
@@ -293,8 +324,12 @@ bool StreamChannel::dispatch() {
         m_syncs.fire(BASS_SYNC_STALL, 1);
     if ((events & Voice::kSlideEnded) != 0)
         m_syncs.fireFor(BASS_SYNC_SLIDE, BASS_ATTRIB_VOL, BASS_ATTRIB_VOL);
-    for (const Event& event : posted)
-        m_syncs.fire(event.type, event.data);
+    for (const Event& event : posted) {
+        if (event.type == BASS_SYNC_DOWNLOAD)
+            tellDownloadEnd();
+        else
+            m_syncs.fire(event.type, event.data);
+    }
     if ((events & Voice::kEnded) == 0)
         return false;
     m_syncs.fire(BASS_SYNC_END, 0);

@@ -57,6 +57,8 @@ class StreamChannel {
     [[nodiscard]] DWORD flags() const { return m_context.flags; }
     [[nodiscard]] Voice& voice() { return m_voice; }
     [[nodiscard]] SyncTable& syncs() { return m_syncs; }
+    /// As SyncTable::add(). A connection that has ended before anyone asked is told now.
+    HSYNC addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user);
     [[nodiscard]] bool isFile() const { return m_file != nullptr; }
     [[nodiscard]] DWORD activity() const;
     void info(BASS_CHANNELINFO& out) const;
@@ -83,6 +85,8 @@ class StreamChannel {
     void becomeReady(int error);
     void addTitle(TagTimeline::Entry entry);
     void post(DWORD type, DWORD data);
+    void tellDownloadEnd();
+    void repeatMissed();
     void hearTitles();
     void setTag(const TagTimeline::Entry& entry);
 
@@ -111,6 +115,7 @@ class StreamChannel {
         DWORD data;
     };
     std::deque<Event> m_events;
+    bool m_hasMissedEnd = false;        ///< of the connection: nobody had asked for it
     std::array<std::string, 8> m_given; ///< texts handed out by tags()
 };
 

@@ -123,7 +123,8 @@ void StreamTap::tellTitle(DWORD type, const std::string& text) {
     m_fifo.mark({StreamMark::Kind::Title, m_position, type, text});
     if (m_callbacks.title == nullptr)
         return;
-    const StreamTitle title{m_position, type, text.c_str(), static_cast<DWORD>(text.size())};
+    const std::size_t length = text.find_last_not_of('\0') + 1;
+    const StreamTitle title{m_position, type, text.c_str(), static_cast<DWORD>(length)};
     if (const CallbackGate::Pass pass(m_gate); pass)
         m_callbacks.title(title, m_callbacks.user);
 }

@@ -41,6 +41,12 @@ bool SyncTable::take(HSYNC handle, Sync& sync) {
     return true;
 }
 
+bool SyncTable::has(DWORD type) {
+    const std::lock_guard lock(m_mutex);
+    return std::any_of(
+        m_syncs.begin(), m_syncs.end(), [type](const Sync& sync) { return sync.type == type; });
+}
+
 void SyncTable::fire(DWORD type, DWORD data) {
     fireFor(type, 0, data);
 }

@@ -18,6 +18,7 @@ class SyncTable {
     HSYNC add(DWORD type, QWORD param, SYNCPROC* proc, void* user);
     bool remove(HSYNC handle);
     void fire(DWORD type, DWORD data);
+    [[nodiscard]] bool has(DWORD type);
     /// BASS_SYNC_SLIDE's parameter names an attribute: only syncs for it (or for all, 0) are
     /// called.
     void fireFor(DWORD type, QWORD param, DWORD data);

@@ -119,14 +119,13 @@ bool SharedBlock::attach() {
     return d->open(0);
 }
 
-bool SharedBlock::lock() {
+bool SharedBlock::lock(WhenGone whenGone) {
     for (int tries = 0; tries < 1000; ++tries) {
         if (d->memory == nullptr || !lockDescriptor(d->fd.get()))
             return d->fail(d->memory == nullptr ? EINVAL : errno);
         if (d->isNamed())
             return true;
-        // The block was removed while this process waited: go over to the one under the name now.
-        if (!d->open(O_CREAT))
+        if (!d->open(whenGone == WhenGone::MakeAnew ? O_CREAT : 0))
             return false;
     }
     return d->fail(EAGAIN);

@@ -1,7 +1,10 @@
 #include "platform/program_arguments.h"
 
-#include <shellapi.h>
+// The first declares what the second needs.
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
+// clang-format on
 
 QStringList programArguments(int argc, const char* const* argv) {
     QStringList arguments;

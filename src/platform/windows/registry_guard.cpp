@@ -1,7 +1,10 @@
 #include "platform/registry_guard.h"
 
-#include <psapi.h>
+// The first declares what the second needs.
+// clang-format off
 #include <windows.h>
+#include <psapi.h>
+// clang-format on
 
 #include <algorithm>
 #include <array>

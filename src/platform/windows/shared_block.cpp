@@ -26,7 +26,7 @@ bool SharedBlock::attach() {
     return d->memory.attach();
 }
 
-bool SharedBlock::lock() {
+bool SharedBlock::lock(WhenGone) {
     return d->memory.lock();
 }
 

@@ -2,8 +2,11 @@
 
 #include <QDir>
 
-#include <shlobj.h>
+// The first declares what the second needs.
+// clang-format off
 #include <windows.h>
+#include <shlobj.h>
+// clang-format on
 
 #include <array>
 

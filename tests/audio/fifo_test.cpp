@@ -1,0 +1,106 @@
+#include "audio/ffmpeg/byte_fifo.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+using namespace BASS;
+using Status = DecoderInput::Status;
+
+namespace {
+
+void push(ByteFifo& fifo, const std::string& text) {
+    fifo.push(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+}
+
+void mark(ByteFifo& fifo, StreamMark::Kind kind, std::uint64_t position, const char* text = "") {
+    fifo.mark({kind, position, BASS_TAG_OGG, text});
+}
+
+/// Everything up to the end as one line: bytes, | for a link's begin, ! for a gap.
+std::string drain(ByteFifo& fifo, std::size_t step) {
+    std::string result;
+    std::string buffer(step, '\0');
+    for (;;) {
+        const auto got = fifo.read(reinterpret_cast<std::uint8_t*>(buffer.data()), step);
+        if (got.status == Status::Bytes)
+            result.append(buffer, 0, got.size);
+        else if (got.status == Status::LinkEnd)
+            result += '|';
+        else if (got.status == Status::Gap)
+            result += '!';
+        else
+            return result;
+    }
+}
+
+} // namespace
+
+TEST(ByteFifo, CutsReadsAtLinks) {
+    for (std::size_t step = 1; step < 12; ++step) {
+        SCOPED_TRACE(step);
+        ByteFifo fifo(100);
+        mark(fifo, StreamMark::Kind::LinkStart, 0);
+        push(fifo, "abc");
+        mark(fifo, StreamMark::Kind::LinkStart, 3);
+        mark(fifo, StreamMark::Kind::Title, 4, "two");
+        push(fifo, "defg");
+        mark(fifo, StreamMark::Kind::LinkStart, 7);
+        push(fifo, "h");
+        fifo.end(BASS_OK);
+        EXPECT_EQ(drain(fifo, step), "|abc|defg|h");
+        StreamMark title;
+        EXPECT_FALSE(fifo.takeTitle(3, title));
+        EXPECT_TRUE(fifo.takeTitle(4, title));
+        EXPECT_EQ(title.data, "two");
+    }
+}
+
+TEST(ByteFifo, DropsTheOldestWhenItIsFull) {
+    ByteFifo fifo(16);
+    push(fifo, "0123456789abcdef");
+    push(fifo, "ghij");
+    fifo.end(BASS_OK);
+    EXPECT_EQ(fifo.received(), 20U);
+    EXPECT_EQ(drain(fifo, 5), "!456789abcdefghij");
+}
+
+TEST(ByteFifo, GivesTheHeadersOfALinkWhoseStartWasDropped) {
+    ByteFifo fifo(16);
+    mark(fifo, StreamMark::Kind::LinkStart, 0);
+    push(fifo, "01234567");
+    mark(fifo, StreamMark::Kind::LinkStart, 8);
+    push(fifo, "HEAD");
+    fifo.setLinkHeaders({'H', 'E', 'A', 'D'});
+    push(fifo, "cdef");
+    push(fifo, "ghijklmnop"); // bytes 0 to 9 go, and the link's start with them
+    fifo.end(BASS_OK);
+    bool isEnd = false;
+    const auto front = fifo.peek(6, 0, isEnd);
+    EXPECT_EQ(std::string(front.begin(), front.end()), "HEADAD");
+    EXPECT_EQ(drain(fifo, 7), "|HEADADcdefghijklmnop");
+}
+
+TEST(ByteFifo, TellsOnceWhenThereIsRoomAgain) {
+    ByteFifo fifo(16);
+    int drained = 0;
+    fifo.setDrained([&drained] { ++drained; });
+    push(fifo, std::string(12, 'x'));
+    EXPECT_FALSE(fifo.mustWait(4));
+    EXPECT_TRUE(fifo.mustWait(5));
+    fifo.end(BASS_ERROR_TIMEOUT);
+    EXPECT_EQ(drain(fifo, 3), std::string(12, 'x'));
+    EXPECT_EQ(drained, 1);
+    EXPECT_EQ(fifo.error(), BASS_ERROR_TIMEOUT);
+}
+
+TEST(ByteFifo, AbortWakesAReader) {
+    ByteFifo fifo(16);
+    std::thread reader([&fifo] {
+        std::uint8_t byte = 0;
+        EXPECT_EQ(fifo.read(&byte, 1).status, Status::Aborted);
+    });
+    fifo.abort();
+    reader.join();
+}

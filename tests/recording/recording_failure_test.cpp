@@ -1,0 +1,156 @@
+#include "recording/audio_tools.h"
+#include "recording/c_recording.h"
+#include "recording/recorder_rig.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace {
+
+using BASS::RecordingErrorKind;
+
+QByteArray mp3() {
+    return lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});
+}
+
+/// The largest file that this process may write, as a disk that is full.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        rlimit limit = m_old;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+
+  private:
+    rlimit m_old{};
+    void (*m_oldHandler)(int);
+};
+
+} // namespace
+
+TEST(RecordingFailure, FullDiskEndsTheRecordingAndKeepsWhatIsThere) {
+    RecorderRig rig;
+    {
+        const FileSizeLimit limit(50000);
+        rig.start();
+        rig.feed(mp3());
+        rig.waitForEnd();
+    }
+    ASSERT_EQ(rig.errors.size(), 1U);
+    EXPECT_EQ(rig.errors[0].kind, RecordingErrorKind::CannotWrite);
+    EXPECT_EQ(rig.errors[0].message.toStdString(), "Recording failed - Unable to write to disk");
+    EXPECT_FALSE(rig.errors[0].detail.isEmpty());
+    EXPECT_EQ(rig.finishes, 1);
+    ASSERT_EQ(rig.files.size(), 1U);
+    EXPECT_GT(QFileInfo(rig.files[0].path).size(), 48000);
+    EXPECT_EQ(rig.files[0].bytes, QFileInfo(rig.files[0].path).size());
+    const Decoded decoded = decodedByFfmpeg(rig.files[0].path);
+    EXPECT_EQ(decoded.messages.toStdString(), "");
+    EXPECT_GT(decoded.samples.size(), 2U * 44100U * 2U);
+}
+
+TEST(RecordingFailure, MoreThanTheQueueHoldsEndsTheRecording) {
+    const QByteArray huge(65 * 1024 * 1024, '\xFF');
+    RecorderRig rig;
+    rig.start();
+    rig.recorder.connectionBegan();
+    rig.feedPart(mp3());
+    rig.recorder.append(huge.constData(), huge.size());
+    rig.waitForEnd();
+    ASSERT_EQ(rig.errors.size(), 1U);
+    EXPECT_EQ(rig.errors[0].kind, RecordingErrorKind::CannotWrite);
+    ASSERT_EQ(rig.files.size(), 1U);
+    EXPECT_EQ(rig.files[0].bytes, QFileInfo(rig.files[0].path).size());
+}
+
+TEST(RecordingFailure, FolderThatCannotBeMadeIsTold) {
+    RecorderRig rig;
+    const QString blocker = rig.folder.filePath(QStringLiteral("music"));
+    QFile file(blocker);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    rig.start();
+    rig.feed(mp3());
+    rig.waitForEnd();
+    ASSERT_EQ(rig.errors.size(), 1U);
+    EXPECT_EQ(rig.errors[0].kind, RecordingErrorKind::CannotCreateFile);
+    EXPECT_EQ(rig.errors[0].message.toStdString(),
+              "Recording failed: Unable to create output file");
+    EXPECT_FALSE(rig.errors[0].detail.isEmpty());
+    EXPECT_TRUE(rig.files.empty());
+    // and the next attempt works
+    ASSERT_TRUE(file.remove());
+    rig.start();
+    rig.feed(mp3());
+    rig.stop();
+    EXPECT_EQ(rig.files.size(), 1U);
+}
+
+TEST(RecordingFailure, VanishedFolderIsMadeAgainWithTheWholeFile) {
+    const QByteArray stream = mp3();
+    RecorderRig rig;
+    rig.options.isMp3CutByteExact = true;
+    QSignalSpy opened(&rig.recorder, &BASS::StreamRecorder::sig_fileOpened);
+    rig.start();
+    rig.recorder.connectionBegan();
+    rig.feedPart(stream.left(60000));
+    ASSERT_TRUE(opened.wait(10000));
+    ASSERT_TRUE(QDir(rig.options.folder).removeRecursively());
+    // the writer looks after its file once a second
+    const QString path = rig.opened.at(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(path).size() > 0; }, 10000));
+    rig.feedPart(stream.mid(60000));
+    rig.stop();
+    EXPECT_TRUE(rig.errors.empty());
+    ASSERT_EQ(rig.files.size(), 1U);
+    EXPECT_TRUE(rig.joined() == stream);
+}
+
+TEST(RecordingFailure, KilledProcessLosesASecondAtMost) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("Killed.mp3"));
+    QProcess child;
+    child.start(QStringLiteral(RECORDER_TEST_CHILD), {folder.path()});
+    ASSERT_TRUE(child.waitForStarted());
+    child.write(mp3().left(80000));
+    constexpr qint64 kSecond = 16000;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(path).size() >= 80000 - kSecond; }, 10000));
+    child.kill();
+    ASSERT_TRUE(child.waitForFinished());
+    const Decoded decoded = decodedByFfmpeg(path);
+    EXPECT_EQ(decoded.messages.toStdString(), "");
+    EXPECT_GT(decoded.samples.size(), 4U * 44100U * 2U);
+    EXPECT_EQ(decodedByMpg123(path).messages.toStdString(), "");
+}
+
+TEST(RecordingFailure, TextsOfAllKinds) {
+    const auto text = [](int kind) {
+        return BASS::recordingErrorText(static_cast<RecordingErrorKind>(kind)).toStdString();
+    };
+    EXPECT_EQ(text(0), "Internal Error");
+    EXPECT_EQ(text(2), "Recording failed - Missing encoder");
+    EXPECT_EQ(text(3), "Recording failed: Unable to create output file");
+    EXPECT_EQ(text(4), "Recording failed - Unable to write to disk");
+    EXPECT_EQ(text(5), "Recording failed - Encoder has stopped working");
+    EXPECT_EQ(text(6), "Unknown Error");
+    EXPECT_EQ(BASS::libraryRecordingErrorText(QStringLiteral("No memory"), QString()).toStdString(),
+              "No memory");
+    EXPECT_EQ(BASS::libraryRecordingErrorText(QStringLiteral("No memory"), QStringLiteral("x"))
+                  .toStdString(),
+              "No memory (x)");
+}
