@@ -91,6 +91,7 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
     AppStream engine(library.value());
     EnginePlayer player(engine, [&preferences] { return preferences.engineSettings(); });
     BASS::PlayedStations played(settings.dataFile(QStringLiteral("played.json")));
+    const Status loaded = played.load();
     AllSkylarkRadio window({player,
                             played,
                             preferences,
@@ -114,7 +115,8 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
                      &window,
                      &AllSkylarkRadio::slot_receivedMessage);
     QApplication::setQuitOnLastWindowClosed(false); // the window says when all is on disk
-    window.showNotes(settings.takeMessages());
+    window.showNotes(settings.takeMessages() +
+                     (loaded ? QStringList() : QStringList(loaded.error())));
     if (hasDisplay() && isWindowShownAtStart(arguments)) {
         window.show();
     }

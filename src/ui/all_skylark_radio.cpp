@@ -8,12 +8,12 @@
 #include "ui/controllers/command_line_controller.h"
 #include "ui/controllers/end_action_timer.h"
 #include "ui/controllers/play_controller.h"
+#include "ui/controllers/quit_controller.h"
 #include "ui/controllers/record_controller.h"
 #include "ui/controllers/volume_controller.h"
 #include "ui/main_menu.h"
-#include "ui/pages/history_page.h"
-#include "ui/pages/log_page.h"
-#include "ui/pages/recordings_page.h"
+#include "ui/pages/page.h"
+#include "ui/pages/standard_pages.h"
 #include "ui/player.h"
 #include "ui/state_text.h"
 #include "ui/theme/icons.h"
@@ -36,8 +36,6 @@
 namespace {
 
 constexpr int kCompactWidth = 640;
-/// A recorder whose disk hangs must not keep the program alive for ever.
-constexpr std::chrono::seconds kLongestFinish{15};
 const auto kWindowName = QStringLiteral("Main");
 
 } // namespace
@@ -47,6 +45,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
       m_play(new PlayController(services.player, services.played, services.clock, this)),
       m_record(new RecordController(services.player, services.settings, this)),
       m_volume(new VolumeController(services.player, services.settings, this)),
+      m_quit(new QuitController({services.player, *m_record, services.settings}, this)),
       m_endAction(new EndActionTimer(services.clock, this)),
       m_commandLine(new CommandLineController(
           {services.player,
@@ -65,7 +64,8 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     setWindowTitle(QStringLiteral("Wavelark"));
     setWindowIcon(applicationIcon());
     setMinimumWidth(320);
-    makeRegistry();
+    m_registry = standardPages(
+        {services.player, services.played, services.settings, *m_play, *m_opener, m_log});
     m_commands = new Commands({services.player, *m_play, *m_record, *m_volume}, m_registry, this);
     layOut();
     wirePlayer();
@@ -76,28 +76,6 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
 }
 
 AllSkylarkRadio::~AllSkylarkRadio() = default;
-
-void AllSkylarkRadio::makeRegistry() {
-    m_registry.push_back({QStringLiteral("history"),
-                          tr("Stations &played").remove(QLatin1Char('&')),
-                          QStringLiteral("history"),
-                          [this](QWidget* parent) -> Page* {
-                              return new HistoryPage(m_services.played, *m_play, parent);
-                          }});
-    m_registry.push_back(
-        {QStringLiteral("recordings"),
-         tr("Recordings"),
-         QStringLiteral("recordings"),
-         [this](QWidget* parent) -> Page* {
-             auto* page = new RecordingsPage(m_services.settings, *m_opener, parent);
-             connect(&m_services.player, &Player::sig_fileFinished, page, &RecordingsPage::refresh);
-             return page;
-         }});
-    m_registry.push_back(
-        {QStringLiteral("log"), tr("Log"), QStringLiteral("log"), [this](QWidget* parent) -> Page* {
-             return new LogPage(m_log, parent);
-         }});
-}
 
 void AllSkylarkRadio::layOut() {
     auto* content = new QWidget(this);
@@ -202,6 +180,7 @@ void AllSkylarkRadio::wireCommandLine() {
             &Controller::sig_bringToFrontRequested,
             this,
             &AllSkylarkRadio::slot_bringToFont);
+    connect(m_quit, &QuitController::sig_finished, this, &AllSkylarkRadio::sig_quitRequested);
     connect(m_endAction, &EndActionTimer::sig_due, this, &AllSkylarkRadio::carryOutEnd);
 }
 
@@ -215,13 +194,12 @@ void AllSkylarkRadio::restore() {
     m_bar->showVolume(m_volume->volume(), m_volume->isMuted());
     showHeard();
     showRecording();
+    if (!m_services.played.stations().isEmpty()) {
+        static_cast<Page*>(m_stack->currentWidget())->focusContent();
+    }
 }
 
 void AllSkylarkRadio::slot_Init() {
-    const Status loaded = m_services.played.load();
-    if (!loaded) {
-        showMessage({Message::Kind::Error, loaded.error(), {}, {}});
-    }
     if (m_services.settings.autoPlayOnStart()) {
         slot_connectLastStation();
     }
@@ -351,28 +329,12 @@ bool AllSkylarkRadio::askWhileRecording() {
 }
 
 void AllSkylarkRadio::finishAndQuit() {
-    if (m_isQuitting) {
-        return;
-    }
-    m_isQuitting = true;
     m_services.settings.setWindowGeometry(kWindowName, saveGeometry());
-    m_record->leaveStream();
-    if (!m_services.player.isRecording()) { // also true while a stopped recording is completed
-        emit sig_quitRequested();
-        return;
-    }
-    connect(&m_services.player,
-            &Player::sig_recordingFinished,
-            this,
-            &AllSkylarkRadio::sig_quitRequested);
-    QTimer::singleShot(kLongestFinish, this, &AllSkylarkRadio::sig_quitRequested);
-    m_services.player.stopRecording();
+    m_quit->finish();
 }
 
 void AllSkylarkRadio::closeEvent(QCloseEvent* event) {
-    const bool mustAsk =
-        !m_isQuitting && m_record->isRecording() && m_services.settings.askOnExitIfRecording();
-    if (mustAsk && !askWhileRecording()) {
+    if (m_quit->mustAsk() && !askWhileRecording()) {
         event->ignore();
         return;
     }
@@ -392,13 +354,6 @@ void AllSkylarkRadio::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QMainWindow::keyPressEvent(event);
-}
-
-void AllSkylarkRadio::changeEvent(QEvent* event) {
-    QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_bar != nullptr) {
-        update();
-    }
 }
 
 void AllSkylarkRadio::showAbout() {

@@ -22,6 +22,7 @@ class PlayController;
 class Player;
 class PlayerBar;
 class QStackedWidget;
+class QuitController;
 class RecordController;
 class UiSettings;
 class VolumeController;
@@ -87,10 +88,8 @@ class AllSkylarkRadio : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
   private:
-    void makeRegistry();
     void layOut();
     void wirePlayer();
     void wireCommands();
@@ -109,6 +108,7 @@ class AllSkylarkRadio : public QMainWindow {
     PlayController* m_play;
     RecordController* m_record;
     VolumeController* m_volume;
+    QuitController* m_quit;
     EndActionTimer* m_endAction;
     CommandLineController* m_commandLine;
     FolderOpener* m_opener;
@@ -121,6 +121,5 @@ class AllSkylarkRadio : public QMainWindow {
     MessageBar* m_messages = nullptr;
     PlayerBar* m_bar = nullptr;
     QTimer m_second;
-    bool m_isQuitting = false;
     bool m_wasRecording = false;
 };

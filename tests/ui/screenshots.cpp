@@ -99,6 +99,7 @@ void take(const Shot& shot, const QDir& folder) {
     Scene scene(shot.isFilled);
     scene.window->resize(shot.size);
     scene.window->show();
+    QApplication::setActiveWindow(scene.window.get());
     QTest::qWait(200);
     shot.act(scene);
     QTest::qWait(400);
@@ -142,6 +143,23 @@ int main(int argc, char** argv) {
         {"error-light", ThemeChoice::Light, {900, 560}, true, error},
         {"error-dark", ThemeChoice::Dark, {900, 560}, true, error},
         {"log-dark", ThemeChoice::Dark, {900, 560}, true, logPage},
+        {"focus-dark",
+         ThemeChoice::Dark,
+         {700, 560},
+         true,
+         [](Scene& s) {
+             s.play();
+             s.window->findChild<QWidget*>(QStringLiteral("recordButton"))->setFocus();
+         }},
+        {"focus-light",
+         ThemeChoice::Light,
+         {700, 560},
+         true,
+         [](Scene& s) {
+             s.play();
+             s.record();
+             s.window->findChild<QWidget*>(QStringLiteral("recordButton"))->setFocus();
+         }},
         {"narrow-light", ThemeChoice::Light, {320, 560}, true, record},
         {"narrow-error", ThemeChoice::Dark, {320, 560}, true, error},
         {"wide-light", ThemeChoice::Light, {1500, 700}, true, record},

@@ -137,12 +137,20 @@ void drawLineEditPanel(const QStyleOption& option, QPainter& painter) {
     outlineRounded(painter, option.rect, pen, kRadius);
 }
 
-void drawItemPanel(const QStyleOption& option, QPainter& painter) {
+bool isItemStrong(const QStyleOption& option, const QWidget* view) {
+    return has(option, QStyle::State_Selected) && view != nullptr && view->hasFocus();
+}
+
+void drawItemPanel(const QStyleOption& option, QPainter& painter, const QWidget* view) {
     const QPalette& palette = option.palette;
     const QColor base = palette.color(QPalette::Base);
     const QRectF rect = QRectF(option.rect).adjusted(4, 1, -4, -1);
     if (has(option, QStyle::State_Selected)) {
-        fillRounded(painter, rect, palette.color(QPalette::Active, QPalette::Highlight), kRadius);
+        const qreal weight = isItemStrong(option, view) ? 1.0 : isDark(palette) ? 0.35 : 0.15;
+        fillRounded(painter,
+                    rect,
+                    mixed(base, palette.color(QPalette::Active, QPalette::Highlight), weight),
+                    kRadius);
     } else if (has(option, QStyle::State_MouseOver)) {
         fillRounded(painter, rect, mixed(base, palette.color(QPalette::Text), 0.07), kRadius);
     }

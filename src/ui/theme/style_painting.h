@@ -20,7 +20,10 @@ void drawMenuPart(const QStyleOption& option,
                   const QRect& part,
                   ButtonLook look);
 void drawLineEditPanel(const QStyleOption& option, QPainter& painter);
-void drawItemPanel(const QStyleOption& option, QPainter& painter);
+/// Selected in the list that has the keyboard: drawn in the accent colour, with highlighted text.
+/// Selected elsewhere is a tint under ordinary text, so that the eye finds the keyboard.
+bool isItemStrong(const QStyleOption& option, const QWidget* view);
+void drawItemPanel(const QStyleOption& option, QPainter& painter, const QWidget* view);
 void drawSlider(const QStyleOptionSlider& option,
                 QPainter& painter,
                 const QRect& groove,

@@ -109,7 +109,7 @@ void WavelarkStyle::drawPrimitive(PrimitiveElement element,
         drawLineEditPanel(*option, *painter);
         return;
     case PE_PanelItemViewItem:
-        drawItemPanel(*option, *painter);
+        drawItemPanel(*option, *painter, widget);
         return;
     case PE_PanelItemViewRow:
         return; // the item's own panel is enough

@@ -1,6 +1,7 @@
 #include "ui/widgets/navigation_list.h"
 
 #include "ui/theme/icons.h"
+#include "ui/theme/style_painting.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -28,7 +29,7 @@ class NavigationDelegate final : public QStyledItemDelegate {
         initStyleOption(&option, index);
         const QStyle* style = option.widget->style();
         style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
-        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const bool isSelected = isItemStrong(option, option.widget);
         const auto place = [&option](const QRect& area) {
             return QStyle::visualRect(option.direction, option.rect, area);
         };

@@ -1,6 +1,7 @@
 #include "ui/widgets/row_delegate.h"
 
 #include "ui/models/list_roles.h"
+#include "ui/theme/style_painting.h"
 #include "ui/theme/theme.h"
 
 #include <QApplication>
@@ -41,7 +42,7 @@ void RowDelegate::paint(QPainter* painter,
     initStyleOption(&option, index);
     const QPalette& palette = option.palette;
     const Accents& accents = accentsFor(palette);
-    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const bool isSelected = isItemStrong(option, option.widget);
     const QColor selectedText = palette.color(QPalette::HighlightedText);
 
     painter->save();
