@@ -160,13 +160,6 @@ void AppStream::onStatusLine(const QString& text, bool isImportant) {
 // --- channels
 // ---------------------------------------------------------------------------------------
 
-bool AppStream::isLive(const Channel& channel) {
-    if (channel.connect != nullptr && channel.connect->isLocalFile())
-        return false;
-    const QWORD length = library().ChannelGetLength(channel.handle, BASS::BASS_POS_BYTE);
-    return length == kUnknown || length == 0;
-}
-
 void AppStream::fadeOut(Channel channel, std::chrono::milliseconds fade) {
     if (channel.connect != nullptr)
         channel.connect->detachSink();
@@ -269,7 +262,7 @@ void AppStream::connectionLost(unsigned channel) {
     const bool isCurrent = channel == m_current.handle && m_next.handle == 0;
     const bool isNext = channel == m_next.handle && m_next.handle != 0;
     const Channel& lost = isNext ? m_next : m_current;
-    if (!(isCurrent || isNext) || isConnecting() || !isLive(lost))
+    if (!(isCurrent || isNext) || isConnecting() || !lost.isLive)
         return;
     if (steadyNow() - m_connectedAt >= kStableConnection)
         m_reconnectAttempt = 0;
@@ -309,7 +302,7 @@ void AppStream::channelEnded(unsigned channel) {
     }
     if (m_state == PlayState::Reconnecting || isConnecting())
         return; // played out while the station is away
-    if (isLive(m_current)) {
+    if (m_current.isLive) {
         connectionLost(channel);
         return;
     }

@@ -79,7 +79,6 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
-    [[nodiscard]] bool isLive(const BASS::Channel& channel);
     [[nodiscard]] std::chrono::milliseconds outage() const;
 
     PlayState m_state = PlayState::Stopped;

@@ -26,7 +26,7 @@ void Stream::endWorkers() {
         disconnect(worker, nullptr, this, nullptr);
         worker->sequence()->cancel();
         worker->wait();
-        freeChannel({worker->sequence()->handle(), worker->sequence()});
+        freeChannel({worker->sequence()->handle(), worker->sequence(), false});
         delete worker;
     }
 }
@@ -81,14 +81,21 @@ void Stream::connectThreadFinished(QtBassConnectThread* thread) {
     thread->deleteLater();
     if (sequence != m_connect) {
         // canceled after its channel was made, before it could see it
-        freeChannel({sequence->handle(), sequence});
+        freeChannel({sequence->handle(), sequence, false});
         return;
     }
     m_connect.reset();
     if (sequence->handle() != 0)
-        onConnected({sequence->handle(), sequence});
+        onConnected({sequence->handle(), sequence, isLiveStream(*sequence)});
     else
         onConnectFailed(*sequence);
+}
+
+bool Stream::isLiveStream(const ConnectSequence& connect) const {
+    if (connect.isLocalFile())
+        return false;
+    const QWORD length = library().StreamGetFilePosition(connect.handle(), BASS_FILEPOS_END);
+    return length == ~QWORD{0} || length == 0;
 }
 
 void Stream::freeChannel(Channel channel) {

@@ -11,6 +11,7 @@ namespace BASS {
 struct Channel {
     DWORD handle = 0;
     std::shared_ptr<ConnectSequence> connect;
+    bool isLive = false; ///< without an end of its own: when it ends, it was lost
 };
 
 /// Station streams: the connect worker, the titles of the stream, and the hand-over of its bytes.
@@ -38,6 +39,7 @@ class Stream : public BassQt, public StreamSink {
     /// Ends every worker, waiting for it. The destructor of the most derived class calls this
     /// first: the workers call virtual functions.
     void endWorkers();
+    [[nodiscard]] bool isLiveStream(const ConnectSequence& connect) const;
     /// Frees the channel and lets go of its connect.
     void freeChannel(Channel channel);
     /// The last title that has arrived, usually seconds before it is heard.

@@ -3,6 +3,8 @@
 #include "audio/ffmpeg/mixer.h"
 #include "base/log.h"
 
+#include <QLibrary>
+
 #include <SDL.h>
 
 #include <cstdlib>
@@ -17,6 +19,20 @@ void renderBlock(void* mixer, Uint8* out, int bytes) {
     static_cast<Mixer*>(mixer)->render(reinterpret_cast<float*>(out),
                                        static_cast<std::size_t>(bytes) /
                                            (sizeof(float) * Voice::kChannels));
+}
+
+void ignoreAlsaMessage(const char*, int, const char*, int, const char*, ...) {}
+
+/// ALSA writes a page to stderr each time a device does not open; the one line of the log is enough.
+/// Where there is no ALSA, nothing is done.
+void silenceAlsa() {
+    using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
+    using SetHandler = int(Handler);
+    constexpr int kAlsaVersion = 2;
+    const auto setHandler = reinterpret_cast<SetHandler*>(
+        QLibrary::resolve(QStringLiteral("asound"), kAlsaVersion, "snd_lib_error_set_handler"));
+    if (setHandler != nullptr)
+        setHandler(ignoreAlsaMessage);
 }
 
 } // namespace
@@ -57,6 +73,7 @@ SdlAudio::SdlAudio() {
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Wavelark");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
+    silenceAlsa();
     m_isUp = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
     if (!m_isUp)
         qCWarning(lcAudio, "no audio driver reason=%s", SDL_GetError());
