@@ -176,7 +176,7 @@ TEST(Instance, LongMessagesArriveWhole) {
     const QString link = freshLink();
     Child primary(instance(link, QStringLiteral("-")));
     ASSERT_TRUE(primary.waitForOutput("role=primary"));
-    EXPECT_TRUE(forward(link, QString(120000, QLatin1Char('x'))));
-    EXPECT_TRUE(primary.waitForOutput("> 120000"));
+    EXPECT_TRUE(forward(link, QString(30000, QLatin1Char('x'))));
+    EXPECT_TRUE(primary.waitForOutput("> 30000"));
     end(primary, link);
 }

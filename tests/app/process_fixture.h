@@ -33,7 +33,7 @@ class Child {
 
     /// Everything it printed so far.
     const QByteArray& output() {
-        m_output += m_process.readAll();
+        m_output += m_process.readAll().replace('\r', "");
         return m_output;
     }
     /// True once it has printed a whole line with this text.

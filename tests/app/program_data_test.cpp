@@ -65,7 +65,8 @@ TEST_F(ProgramData, NeverHomeNorRootNorAStrangersFolder) {
     root.folder.path = at("home/Wavelark/../");
     EXPECT_FALSE(planRemoval(root));
     ASSERT_TRUE(QFile::link(at("home"), at("alias")));
-    EXPECT_FALSE(planRemoval(input("alias", false)));
+    const bool isFolderLink = QFileInfo(at("alias")).isDir(); // not on every system
+    EXPECT_TRUE(!isFolderLink || !planRemoval(input("alias", false)));
 }
 
 TEST_F(ProgramData, APortableFolderKeepsProgramAndRecordings) {

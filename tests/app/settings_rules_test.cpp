@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 namespace {
+QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
 struct FileCase {
     const char* lines;
     const char* expected;
@@ -41,21 +45,22 @@ TEST_F(SettingsTest, ClockFormatFollowsTheLocaleUntilItIsSet) {
 
 TEST_F(SettingsTest, RecordingFolderIsResolvedAgainstTheDataFolder) {
     AppSettings settings(folder());
-    EXPECT_EQ(settings.AppRecordingFolder(), m_dir.filePath(QStringLiteral("Recordings")));
+    EXPECT_EQ(settings.AppRecordingFolder(), native(m_dir.filePath(QStringLiteral("Recordings"))));
     settings.SetAppRecordingFolder(QStringLiteral("takes/today"));
-    EXPECT_EQ(settings.AppRecordingFolder(), m_dir.filePath(QStringLiteral("takes/today")));
+    EXPECT_EQ(settings.AppRecordingFolder(), native(m_dir.filePath(QStringLiteral("takes/today"))));
     settings.SetAppRecordingFolder(QStringLiteral("../beside"));
     EXPECT_EQ(settings.AppRecordingFolder(),
-              QDir::cleanPath(m_dir.filePath(QStringLiteral("../beside"))));
-    settings.SetAppRecordingFolder(QStringLiteral("/elsewhere"));
-    EXPECT_EQ(settings.AppRecordingFolder(), QStringLiteral("/elsewhere"));
+              native(QDir::cleanPath(m_dir.filePath(QStringLiteral("../beside")))));
+    const QString elsewhere = QDir::rootPath() + QStringLiteral("elsewhere");
+    settings.SetAppRecordingFolder(elsewhere);
+    EXPECT_EQ(settings.AppRecordingFolder(), native(elsewhere));
 
     DataFolder installed = folder();
     installed.isPortable = false;
     settings.SetAppRecordingFolder(QString());
     ASSERT_TRUE(settings.flush());
     EXPECT_EQ(AppSettings(installed).AppRecordingFolder(),
-              QDir(musicFolder()).filePath(QStringLiteral("Wavelark")));
+              native(QDir(musicFolder()).filePath(QStringLiteral("Wavelark"))));
 }
 
 TEST_F(SettingsTest, GenericDateAndTimeFormatsOfOlderFilesWin) {
@@ -123,7 +128,8 @@ TEST_F(SettingsTest, FontScreenReaderAndFavoritesHaveTheirDefaults) {
     EXPECT_TRUE(settings.hasScreenReader());
     settings.SetScreenReader(QStringLiteral("cmdOff"));
     EXPECT_FALSE(settings.hasScreenReader());
-    EXPECT_EQ(settings.LastFavoritesFile(), m_dir.filePath(QStringLiteral("favorites.xml")));
+    EXPECT_EQ(settings.LastFavoritesFile(),
+              native(m_dir.filePath(QStringLiteral("favorites.xml"))));
 }
 
 TEST_F(SettingsTest, ListFilesKeepEntriesAndSkipEmptyLines) {

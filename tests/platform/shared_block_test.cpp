@@ -22,7 +22,6 @@ TEST(SharedBlock, OneMakesItOthersSeeIt) {
     SharedBlock second(name, kBytes, SharedBlock::Scope::User);
     EXPECT_FALSE(second.attach());
     EXPECT_FALSE(second.errorText().isEmpty());
-    EXPECT_FALSE(second.lock());
     ASSERT_EQ(first.create(), SharedBlock::Opened::Created);
     EXPECT_EQ(second.create(), SharedBlock::Opened::AlreadyThere);
     ASSERT_TRUE(second.attach());
@@ -32,11 +31,25 @@ TEST(SharedBlock, OneMakesItOthersSeeIt) {
     ASSERT_TRUE(first.unlock());
     ASSERT_TRUE(second.lock());
     EXPECT_EQ(second.data()[kBytes - 1], 'x');
+    ASSERT_TRUE(second.unlock());
+}
+
+TEST(SharedBlock, ARemovedBlockIsLeftForItsSuccessor) {
+    const QString name = freshName();
+    SharedBlock first(name, kBytes, SharedBlock::Scope::User);
+    SharedBlock second(name, kBytes, SharedBlock::Scope::User);
+    ASSERT_EQ(first.create(), SharedBlock::Opened::Created);
+    ASSERT_TRUE(second.attach());
+    ASSERT_TRUE(second.lock());
+    second.data()[0] = 'x';
     second.remove();
     ASSERT_TRUE(second.unlock());
-    // Removed under its feet: the next lock moves over to the block that the name stands for now.
+    SharedBlock third(name, kBytes, SharedBlock::Scope::User);
+    if (third.attach())
+        GTEST_SKIP() << "this system keeps a block until its last holder goes";
+    EXPECT_FALSE(first.lock(SharedBlock::WhenGone::Fail));
     ASSERT_TRUE(first.lock());
-    EXPECT_EQ(first.data()[kBytes - 1], 0);
+    EXPECT_EQ(first.data()[0], 0);
     first.remove();
     ASSERT_TRUE(first.unlock());
 }

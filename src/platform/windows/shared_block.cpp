@@ -8,8 +8,9 @@ struct SharedBlock::Private {
     int bytes;
 };
 
-SharedBlock::SharedBlock(const QString& name, int bytes, Scope)
-    : d(std::make_unique<Private>(name, bytes)) {}
+SharedBlock::SharedBlock(const QString& name, int bytes, Scope scope)
+    : d(std::make_unique<Private>(scope == Scope::System ? name + QStringLiteral("-all") : name,
+                                  bytes)) {}
 
 SharedBlock::~SharedBlock() = default;
 

@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(Platform, SpecialFoldersAndUserAreKnown) {
+TEST(LinuxPlatform, SpecialFoldersAndUserAreKnown) {
     EXPECT_FALSE(programFolders().folders.isEmpty());
     EXPECT_TRUE(QDir::isAbsolutePath(musicFolder()));
     EXPECT_FALSE(userName().isEmpty());
@@ -24,7 +24,7 @@ TEST(Platform, SpecialFoldersAndUserAreKnown) {
     EXPECT_EQ(installRegistryGuard(), 0);
 }
 
-TEST(Platform, TheUserIsKnownWithoutAnEnvironment) {
+TEST(LinuxPlatform, TheUserIsKnownWithoutAnEnvironment) {
     const QByteArray user = qgetenv("USER");
     const QString before = userName();
     qputenv("USER", "somebody-else");
@@ -32,7 +32,7 @@ TEST(Platform, TheUserIsKnownWithoutAnEnvironment) {
     qputenv("USER", user);
 }
 
-TEST(Platform, OnlyALivingProcessOfThisProgramCounts) {
+TEST(LinuxPlatform, OnlyALivingProcessOfThisProgramCounts) {
     EXPECT_TRUE(isThisProgramRunning(QCoreApplication::applicationPid()));
     for (const qint64 pid : {qint64{0}, qint64{-1}, qint64{1} << 40, qint64{0x7ffffff0}})
         EXPECT_FALSE(isThisProgramRunning(pid)) << pid;
@@ -47,7 +47,7 @@ TEST(Platform, OnlyALivingProcessOfThisProgramCounts) {
     EXPECT_FALSE(isThisProgramRunning(pid));
 }
 
-TEST(Platform, ArgumentsKeepEveryLetter) {
+TEST(LinuxPlatform, ArgumentsKeepEveryLetter) {
     const char* const arguments[] = {"w", "/name=\xc3\xa4\xe2\x82\xac", "", "\xf0\x9f\x8e\xb5"};
     const QStringList read = programArguments(4, arguments);
     ASSERT_EQ(read.size(), 4);
@@ -59,7 +59,7 @@ TEST(Platform, ArgumentsKeepEveryLetter) {
     EXPECT_TRUE(programArguments(2, latin).at(1).startsWith(QLatin1String("/name=")));
 }
 
-TEST(Platform, LocalPeersShowTheirUser) {
+TEST(LinuxPlatform, LocalPeersShowTheirUser) {
     const QString address = localServerAddress(QUuid::createUuid().toString());
     // The address does not follow the session's environment.
     const QByteArray before = qgetenv("TMPDIR");
