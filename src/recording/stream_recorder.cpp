@@ -6,16 +6,20 @@
 #include "recording/recording_session.h"
 #include "recording/stream_header_keeper.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPointer>
 #include <QThread>
 
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <thread>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace BASS {
 namespace {
@@ -60,6 +64,40 @@ using Item = std::variant<StartItem,
                           TrackItem,
                           QByteArray>;
 
+/// Carries calls from the writer thread to the thread that the recorder lives on, in their order.
+/// What is not delivered when it goes is dropped with it.
+class Mailbox final : public QObject {
+  public:
+    /// Any thread.
+    void post(std::function<void()> call) {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_calls.push_back(std::move(call));
+            if (m_calls.size() > 1)
+                return; // the event is on its way
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+  protected:
+    void customEvent(QEvent*) override {
+        std::vector<std::function<void()>> calls;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            calls.swap(m_calls);
+        }
+        const QPointer<Mailbox> self(this);
+        for (const auto& call : calls) {
+            if (self) // a slot may have destroyed the recorder
+                call();
+        }
+    }
+
+  private:
+    std::mutex m_mutex; ///< guards m_calls
+    std::vector<std::function<void()>> m_calls;
+};
+
 } // namespace
 
 struct StreamRecorder::Private final : public RecordingListener {
@@ -82,15 +120,12 @@ struct StreamRecorder::Private final : public RecordingListener {
     void handleStart(StartItem& item);
     void endSession();
     void afterBatch();
-    template <typename Function>
-    void post(Function function) {
-        QMetaObject::invokeMethod(&owner, std::move(function), Qt::QueuedConnection);
-    }
     void fileOpened(const QString& path, const Song& song) override;
     void fileFinished(const RecordedFile& file) override;
     void failed(const RecordingError& error) override;
 
     StreamRecorder& owner;
+    Mailbox mailbox;
     SystemClock clock;
     int startedSessions = 0;  ///< GUI thread
     int finishedSessions = 0; ///< GUI thread
@@ -245,7 +280,7 @@ void StreamRecorder::Private::endSession() {
         const std::lock_guard<std::mutex> lock(mutex);
         isFed = isFed && queuedSessions > takenSessions;
     }
-    post([this, paths] {
+    mailbox.post([this, paths] {
         ++finishedSessions;
         emit owner.sig_finished(paths);
     });
@@ -270,19 +305,19 @@ void StreamRecorder::Private::afterBatch() {
     lastProgress = now;
     const RecordingProgress progress = session->progress();
     if (!progress.path.isEmpty())
-        post([this, progress] { emit owner.sig_progress(progress); });
+        mailbox.post([this, progress] { emit owner.sig_progress(progress); });
 }
 
 void StreamRecorder::Private::fileOpened(const QString& path, const Song& song) {
-    post([this, path, song] { emit owner.sig_fileOpened(path, song); });
+    mailbox.post([this, path, song] { emit owner.sig_fileOpened(path, song); });
 }
 
 void StreamRecorder::Private::fileFinished(const RecordedFile& file) {
-    post([this, file] { emit owner.sig_fileFinished(file); });
+    mailbox.post([this, file] { emit owner.sig_fileFinished(file); });
 }
 
 void StreamRecorder::Private::failed(const RecordingError& error) {
-    post([this, error] { emit owner.sig_failed(error); });
+    mailbox.post([this, error] { emit owner.sig_failed(error); });
 }
 
 StreamRecorder::StreamRecorder(QObject* parent)
