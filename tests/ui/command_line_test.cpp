@@ -106,6 +106,21 @@ TEST_F(WindowTest, CommandLineCases) {
     }
 }
 
+TEST_F(WindowTest, AScheduleNamesTheRecordingAndNotTheStation) {
+    played.add(BASS::stationFromAddress(QStringLiteral("http://one.example/"),
+                                        QStringLiteral("Radio One")));
+    open();
+    window->processArgs(line({"/url=http://one.example/",
+                              "/id=5",
+                              "/name=\"Every Morning\"",
+                              "/action=\"Record (Split)\""}),
+                        false);
+    EXPECT_EQ(player.options.station.station, QStringLiteral("Radio One"));
+    EXPECT_EQ(player.options.station.schedule, QStringLiteral("Every Morning"));
+    player.becomePlaying();
+    EXPECT_EQ(played.stations().first().name, QStringLiteral("Radio One"));
+}
+
 TEST_F(WindowTest, AnotherAddressStopsWhatPlaysAndRecords) {
     open();
     window->processArgs(line({"/url=http://one.example/", "/action=Record (Split)"}), false);

@@ -6,6 +6,14 @@
 
 #include <gtest/gtest.h>
 
+/// What Qt itself keeps to the end of a process: the screen of the offscreen platform, and the
+/// animation of a text field's clear button.
+extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libqoffscreen.so\nleak:QScreen::QScreen\n"
+           "leak:QPropertyAnimation::QPropertyAnimation\n";
+}
+
 /// main() of the tests with windows: offscreen unless a person asks for another platform.
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {

@@ -108,7 +108,8 @@ bool CommandLineController::startStation(const CommandRecord& command) {
     }
     const BASS::RecordMode mode = recordMode(command.recordAction);
     if (mode != BASS::RecordMode::None) {
-        m_parts.record.start(mode, command.name.value_or(QString()));
+        // With an id it is a schedule that asks, and the name is its own.
+        m_parts.record.start(mode, command.id ? command.name.value_or(QString()) : QString());
     }
     return isFound;
 }

@@ -54,7 +54,7 @@ BASS::StationRecord PlayController::stationForAddress(const QString& address,
         return station;
     }
     station = m_played.stations().at(known);
-    if (!name.isEmpty()) {
+    if (station.name.isEmpty()) {
         station.name = name;
     }
     return station;

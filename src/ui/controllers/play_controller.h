@@ -34,7 +34,8 @@ class PlayController final : public QObject {
     /// What a person typed; a known station's name and settings go with its address. False: it is
     /// no address, and sig_message has said so.
     bool playAddress(const QString& input);
-    /// The station of this address: the one that was played before, else a new one.
+    /// The station of this address: the one that was played before, under its own name, else a new
+    /// one.
     [[nodiscard]] BASS::StationRecord stationForAddress(const QString& address,
                                                         const QString& name = {}) const;
     void stop();
