@@ -9,6 +9,7 @@ extern "C" const char* __tsan_default_suppressions();  // NOLINT(bugprone-reserv
 extern "C" const char* __tsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
     return "called_from_lib:libQt5Core.so.5\n"
            "called_from_lib:libglib-2.0.so.0\n"
+           "race:libQt5DBus.so.5\n"
            "race:libQt5Network.so.5\n"
            "race:test_station.cpp\n";
 }
