@@ -227,7 +227,6 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
     m_playedAddress = channel.connect->address();
-    m_lostAt = 0ms;
     const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
                                                          BASS::BASS_ACTIVE_PLAYING;
     if (isOldHeard) {
@@ -280,9 +279,11 @@ void AppStream::connectionLost(unsigned channel) {
     const Channel& lost = isNext ? m_next : m_current;
     if (!(isCurrent || isNext) || isConnecting() || !lost.isLive)
         return;
-    if (steadyNow() - m_connectedAt >= kStableConnection)
+    // a server that takes every connection and drops it again is one long outage
+    if (steadyNow() - m_connectedAt >= kStableConnection || m_lostAt == 0ms) {
         m_reconnectAttempt = 0;
-    m_lostAt = steadyNow();
+        m_lostAt = steadyNow();
+    }
     AddLog(tr("The connection to the station was lost"), true);
     setState(PlayState::Reconnecting);
     scheduleReconnect();
