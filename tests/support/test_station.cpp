@@ -1,5 +1,7 @@
 #include "support/test_station.h"
 
+#include "support/system.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -10,8 +12,6 @@
 #include <QTcpSocket>
 #include <QThread>
 #include <QTimer>
-
-#include <sys/socket.h>
 
 #include <algorithm>
 #include <functional>
@@ -106,13 +106,7 @@ class StationConnection final : public QObject {
     void close() { m_socket->disconnectFromHost(); }
 
     void reset() {
-        // a linger time of 0 makes close() send RST
-        const linger now{1, 0};
-        setsockopt(static_cast<int>(m_socket->socketDescriptor()),
-                   SOL_SOCKET,
-                   SO_LINGER,
-                   &now,
-                   sizeof now);
+        test_system::makeCloseReset(m_socket->socketDescriptor());
         m_socket->abort();
     }
 
