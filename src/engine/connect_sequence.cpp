@@ -3,7 +3,6 @@
 #include "base/log.h"
 #include "engine/library_errors.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QThread>
 
@@ -15,10 +14,6 @@ namespace {
 constexpr int kConnectLimitSeconds = 60;
 constexpr unsigned long kPauseStepMs = 100;
 constexpr int kPauseSteps = 5;
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("BASS::Stream", text);
-}
 
 /// What the status line and the log call a create function.
 struct KindTexts {
