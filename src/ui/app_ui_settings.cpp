@@ -113,6 +113,7 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.bufferMs = m_settings.BufferSize();
     engine.proxy = audioProxyText(proxySettings(m_settings));
     engine.attempts = std::max(1, m_settings.Retries());
+    engine.isPlaylistChecked = m_settings.ParsePlaylistFile();
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());

@@ -103,7 +103,7 @@ TEST(Recording, SplitFilesHoldEveryByteThatWasServed) {
         station.setScript(script);
         ASSERT_TRUE(station.listen());
         ProgramRun program;
-        program.start(arguments(station.url(), "Record (Split)", 8));
+        program.start(arguments(station.url(), "Record (Split)", 5));
         // one listener is served; the ones after it (the program reconnects) are refused
         ASSERT_TRUE(
             program.waitForOutput(QStringLiteral("connection to the station was lost"), 30s))
