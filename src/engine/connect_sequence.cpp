@@ -5,7 +5,6 @@
 #include "engine/playlist_parser.h"
 #include "net/q_http_ext.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
@@ -21,10 +20,6 @@ constexpr unsigned long kPauseStepMs = 100;
 constexpr int kPauseSteps = 5;
 /// A playlist that points at itself ends here.
 constexpr int kMostPlaylistHops = 10;
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("BASS::Stream", text);
-}
 
 /// What the status line and the log call a create function.
 struct KindTexts {

@@ -4,6 +4,7 @@
 #include "engine/connect_plan.h"
 #include "engine/stream_sink.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <atomic>
@@ -40,6 +41,8 @@ struct ConnectReport {
 /// keeps it as long as its channel lives, for the library's callbacks point at it. *Life*: run()
 /// once.
 class ConnectSequence final {
+    Q_DECLARE_TR_FUNCTIONS(BASS::Stream)
+
   public:
     ConnectSequence(AudioLibrary& library,
                     ConnectRequest request,

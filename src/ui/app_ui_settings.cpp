@@ -2,6 +2,7 @@
 
 #include "app/app_settings.h"
 #include "app/application_proxy.h"
+#include "app/language_manager.h"
 
 #include <QDir>
 #include <QFontDatabase>
@@ -53,6 +54,15 @@ void AppUiSettings::setLastPage(int index) {
     if (index != m_settings.LastUsedTab()) {
         m_settings.LastUsedTab.set(index);
     }
+}
+
+QString AppUiSettings::languageFile() const {
+    return languageFiles(m_settings.LanguageFile()).main;
+}
+
+void AppUiSettings::setLanguageFile(const QString& file) {
+    m_settings.LanguageFile.set(file);
+    m_settings.LanguageSet.set(true); // from now on "/lang=" changes nothing
 }
 
 bool AppUiSettings::askOnExitIfRecording() const {
