@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/command_line.h"
+#include "app/language_manager.h"
 #include "ui/folder_opener.h"
 #include "ui/models/log_model.h"
 #include "ui/pages/page_registry.h"
