@@ -14,6 +14,7 @@
 namespace {
 
 constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr int kBufferMegabytes = 16; ///< a quarter of an hour at 128 kbit/s
 
 BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     if (mode != BASS::RecordMode::FromSettings) {
@@ -142,6 +143,9 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
+    if (!m_settings.DoNotUseRecBuffer())
+        engine.recordingBufferMegabytes =
+            m_settings.RecBufferSize() > 0 ? m_settings.RecBufferSize() : kBufferMegabytes;
     return engine;
 }
 
