@@ -33,6 +33,8 @@ HSTREAM openWaiting(Listener& listener, HSTREAM stream) {
             break;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    // that block has been read; nothing tells from outside when it has been decoded as well
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
     return stream;
 }
 
