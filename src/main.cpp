@@ -1,6 +1,7 @@
 #include "app/app_settings.h"
 #include "app/application_identity.h"
 #include "app/application_proxy.h"
+#include "app/language_manager.h"
 #include "app/message_log.h"
 #include "app/startup.h"
 #include "audio/provider_loader.h"
@@ -81,6 +82,8 @@ std::unique_ptr<ConsoleReporter> reportOnConsole(const Player& player,
 
 /// Everything that lives as long as the window, in the order of what stands on what.
 int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStringList& arguments) {
+    LanguageManager languages(LanguageManager::standardFolders());
+    languages.load(settings.LanguageFile());
     const auto library = BASS::loadAudioProvider(
         QStringLiteral("wavelark_") + settings.AudioProvider(), BASS::audioProviderFolders());
     if (!library) {
@@ -102,6 +105,7 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
                             &QDesktopServices::openUrl,
                             &performPowerAction,
                             arguments,
+                            languages.languages(),
                             hasDisplay()});
 
     const std::unique_ptr<ConsoleReporter> console = reportOnConsole(player, window);

@@ -19,6 +19,7 @@ constexpr auto kInfoInterval = 1s;
 /// A connection that lasted so long was a good one; its loss starts a new count of attempts.
 constexpr auto kStableConnection = 10s;
 constexpr int kReconnectFadeMs = 50;
+constexpr int kFullConnectEvery = 8;
 constexpr QWORD kUnknown = ~QWORD{0};
 
 std::chrono::milliseconds steadyNow() {
@@ -59,6 +60,7 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_lostAt = 0ms;
     m_reconnectAttempt = 0;
     m_kind = BASS::StreamKind::None;
+    m_playedAddress = station.playUrl();
     setStation(station);
     emit sig_stationChanged(m_station);
     publishSong();
@@ -68,8 +70,21 @@ void AppStream::play(const BASS::StationRecord& station) {
         return;
     }
     setState(PlayState::Connecting);
-    startConnect(
-        {station.playUrl(), station.format, settings().attempts, true, BASS::StreamKind::None});
+    startConnect(requestFor(station.playUrl(), settings().attempts, BASS::StreamKind::None));
+}
+
+BASS::ConnectRequest
+AppStream::requestFor(const QString& address, int attempts, BASS::StreamKind kind) const {
+    BASS::ConnectRequest request;
+    request.address = address;
+    request.declaredFormat = m_station.format;
+    request.attempts = attempts;
+    request.knownKind = kind;
+    request.isPlaylistChecked = settings().isPlaylistChecked;
+    request.hasProxy = !settings().proxy.isEmpty();
+    request.userAgent = settings().userAgent;
+    request.knownAddress = m_playedAddress;
+    return request;
 }
 
 void AppStream::stop() {
@@ -211,7 +226,7 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
-    m_lostAt = 0ms;
+    m_playedAddress = channel.connect->address();
     const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
                                                          BASS::BASS_ACTIVE_PLAYING;
     if (isOldHeard) {
@@ -264,9 +279,11 @@ void AppStream::connectionLost(unsigned channel) {
     const Channel& lost = isNext ? m_next : m_current;
     if (!(isCurrent || isNext) || isConnecting() || !lost.isLive)
         return;
-    if (steadyNow() - m_connectedAt >= kStableConnection)
+    // a server that takes every connection and drops it again is one long outage
+    if (steadyNow() - m_connectedAt >= kStableConnection || m_lostAt == 0ms) {
         m_reconnectAttempt = 0;
-    m_lostAt = steadyNow();
+        m_lostAt = steadyNow();
+    }
     AddLog(tr("The connection to the station was lost"), true);
     setState(PlayState::Reconnecting);
     scheduleReconnect();
@@ -290,7 +307,10 @@ void AppStream::reconnect() {
            "reconnecting attempt=%d outage_ms=%lld",
            m_reconnectAttempt,
            static_cast<long long>(outage().count()));
-    startConnect({m_station.playUrl(), m_station.format, 1, true, m_kind});
+    // now and then from the very beginning: what a playlist named may be gone for good
+    const bool isFromStart = m_reconnectAttempt % kFullConnectEvery == 0;
+    startConnect(isFromStart ? requestFor(m_station.playUrl(), 1, BASS::StreamKind::None)
+                             : requestFor(m_playedAddress, 1, m_kind));
 }
 
 void AppStream::channelEnded(unsigned channel) {

@@ -75,6 +75,8 @@ class AppStream : public BASS::Stream {
     void connectionLost(unsigned channel);
     void channelEnded(unsigned channel);
     void stalled(unsigned channel, bool isResumed);
+    [[nodiscard]] BASS::ConnectRequest
+    requestFor(const QString& address, int attempts, BASS::StreamKind kind) const;
     void scheduleReconnect();
     void reconnect();
     void giveUp(const QString& reason);
@@ -86,7 +88,8 @@ class AppStream : public BASS::Stream {
     BASS::Channel m_current; ///< heard
     BASS::Channel m_next; ///< the connection that came back, until the old one has been played out
     BASS::StreamKind m_kind = BASS::StreamKind::None;
-    std::chrono::milliseconds m_lostAt{0}; ///< steady; 0: the connection stands
+    QString m_playedAddress;               ///< of the connection that stood last, after playlists
+    std::chrono::milliseconds m_lostAt{0}; ///< steady, begin of the last outage; 0: there was none
     std::chrono::milliseconds m_connectedAt{0};
     int m_reconnectAttempt = 0;
     QTimer m_reconnectTimer;

@@ -28,6 +28,39 @@ QString rewrittenAddress(const QString& address) {
     return result;
 }
 
+AddressOptions addressOptions(const QString& address) {
+    AddressOptions result{address, false, {}};
+    const int mark = address.indexOf(QLatin1Char('#'));
+    if (mark < 0)
+        return result;
+    const QStringList items = address.mid(mark + 1).split(QLatin1Char('&'));
+    for (const QString& item : items) {
+        const QString name = item.section(QLatin1Char('='), 0, 0);
+        const QString value = item.section(QLatin1Char('='), 1);
+        if (name == QLatin1String("parse_playlist"))
+            result.isPlaylistChecked = value == QLatin1String("true");
+        else if (name == QLatin1String("user_agent"))
+            result.userAgent = QUrl::fromPercentEncoding(value.toUtf8());
+        else
+            return result; // a fragment of the address's own
+    }
+    result.address = address.left(mark);
+    return result;
+}
+
+bool isDirectoryAddress(const QString& address) {
+    return address.contains(QLatin1String("station_rr.php?station_id=")) ||
+           address.contains(QLatin1String("radiostations_api.php"));
+}
+
+QString directoryAnswer(const QByteArray& answer) {
+    QByteArray text = answer;
+    text.replace('\r', QByteArray());
+    if (!text.startsWith("http://") && !text.startsWith("https://"))
+        return {};
+    return QString::fromUtf8(text.left(text.indexOf('\n'))).trimmed();
+}
+
 StreamKind kindFor(const QString& declaredFormat, const QString& address) {
     const QString format = declaredFormat.toUpper();
     const auto has = [&address](const char* part) { return address.contains(QLatin1String(part)); };

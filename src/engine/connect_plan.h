@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
@@ -26,6 +27,22 @@ QString localPath(const QString& address);
 
 /// "icyx://" and "icy://" become "http://".
 QString rewrittenAddress(const QString& address);
+
+/// What an address says about its own connect, behind a "#" (which never goes to a server), joined
+/// by
+/// "&": "#parse_playlist=true&user_agent=Name/1".
+struct AddressOptions {
+    QString address; ///< without the options
+    bool isPlaylistChecked = false;
+    QString userAgent; ///< empty: not said
+};
+AddressOptions addressOptions(const QString& address);
+
+/// True for addresses of the station directory, whose answer is the address to play.
+bool isDirectoryAddress(const QString& address);
+
+/// The address in a directory's answer; empty where it is none.
+QString directoryAnswer(const QByteArray& answer);
 
 /// The create function for a network address by the station's declared format and the address's
 /// text; the first match wins.

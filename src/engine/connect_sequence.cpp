@@ -2,10 +2,13 @@
 
 #include "base/log.h"
 #include "engine/library_errors.h"
+#include "engine/playlist_parser.h"
+#include "net/q_http_ext.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QThread>
+#include <QUrl>
 
 #include <cstring>
 
@@ -15,10 +18,8 @@ namespace {
 constexpr int kConnectLimitSeconds = 60;
 constexpr unsigned long kPauseStepMs = 100;
 constexpr int kPauseSteps = 5;
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("BASS::Stream", text);
-}
+/// A playlist that points at itself ends here.
+constexpr int kMostPlaylistHops = 10;
 
 /// What the status line and the log call a create function.
 struct KindTexts {
@@ -64,8 +65,9 @@ ConnectSequence::ConnectSequence(AudioLibrary& library,
                                  ConnectRequest request,
                                  ConnectReport report,
                                  StreamSink& sink)
-    : m_library(library), m_request(std::move(request)), m_report(std::move(report)), m_sink(sink) {
-}
+    : m_library(library), m_request(std::move(request)), m_report(std::move(report)), m_sink(sink),
+      m_address(m_request.address), m_isPlaylistChecked(m_request.isPlaylistChecked),
+      m_forcedKind(m_request.knownKind) {}
 
 void ConnectSequence::cancel() {
     m_isCanceled = true;
@@ -85,11 +87,40 @@ void ConnectSequence::run() {
     if (isLocalFile()) {
         openLocalFile();
     } else {
-        const int attempts = std::max(1, m_request.attempts);
-        for (int n = 1; n <= attempts && tryNetwork(n); ++n)
-            pauseBeforeNextTry();
+        const AddressOptions options = addressOptions(rewrittenAddress(m_address));
+        m_address = options.address;
+        m_isPlaylistChecked = m_isPlaylistChecked || options.isPlaylistChecked;
+        m_userAgent = options.userAgent;
+        if (m_request.hasProxy)
+            m_report.status(QStringLiteral("%1 %2...")
+                                .arg(tr("Connecting with proxy"), withoutCredentials(m_address)),
+                            false);
+        runNetwork();
     }
     finish();
+}
+
+void ConnectSequence::runNetwork() {
+    if (!m_userAgent.isEmpty()) {
+        qCInfo(lcEngine, "CBass::SetConfigPtr User Agent");
+        m_library.SetConfigPtr(BASS_CONFIG_NET_AGENT | BASS_UNICODE, m_userAgent.utf16());
+    }
+    const int attempts = std::max(1, m_request.attempts);
+    for (int n = 1; n <= attempts && !m_isCanceled;) {
+        if (tryNetwork(n) || !mayGoOn())
+            break;
+        // a hop to what a playlist names is free
+        if (followPlaylist())
+            continue;
+        pauseBeforeNextTry();
+        ++n;
+    }
+    if (!m_userAgent.isEmpty())
+        m_library.SetConfigPtr(BASS_CONFIG_NET_AGENT | BASS_UNICODE, m_request.userAgent.utf16());
+}
+
+bool ConnectSequence::mayGoOn() const {
+    return !m_isCanceled && m_errorCode != BASS_ERROR_NONET && m_errorCode != BASS_ERROR_TIMEOUT;
 }
 
 void ConnectSequence::finish() {
@@ -103,21 +134,81 @@ void ConnectSequence::finish() {
     }
 }
 
-/// False where no further attempt makes sense.
+/// True where a channel exists.
 bool ConnectSequence::tryNetwork(int attempt) {
-    if (m_isCanceled)
-        return false;
     if (m_request.knownKind == StreamKind::None)
         m_report.status(
             QStringLiteral("%1 %2 %3...").arg(tr("Connecting"), ordinalWord(attempt), tr("try")),
             false);
-    if (createFromAddress(rewrittenAddress(m_request.address)))
-        return false;
+    if (lookUpAddress() && createFromAddress(m_address))
+        return true;
+    if (!m_isCanceled)
+        logFailure();
+    return false;
+}
+
+void ConnectSequence::logFailure() {
     m_report.log(QStringLiteral("BASS_ErrorGetCode=%1").arg(m_errorCode), true);
     m_report.log(QStringLiteral("ErrorMess=%1").arg(libraryErrorText(m_errorCode)), true);
     if (const QString message = httpMessage(); !message.isEmpty())
         m_report.log(QStringLiteral("getHttpErrorMess()=%1").arg(message), true);
-    return !m_isCanceled && m_errorCode != BASS_ERROR_NONET && m_errorCode != BASS_ERROR_TIMEOUT;
+}
+
+QByteArray ConnectSequence::fetch(const QString& address) {
+    QT_EXT::HttpRequest request;
+    request.url = QUrl(address);
+    request.timeout = std::chrono::seconds(5);
+    request.userAgent = m_userAgent.isEmpty() ? m_request.userAgent : m_userAgent;
+    request.isCanceled = [this] { return m_isCanceled.load(); };
+    const auto answer = QT_EXT::QHttpExt::getSync(request);
+    if (!answer)
+        m_report.log(answer.error(), true);
+    return answer ? answer.value() : QByteArray();
+}
+
+/// An address of the station directory is replaced by the directory's answer.
+bool ConnectSequence::lookUpAddress() {
+    if (!isDirectoryAddress(m_address))
+        return true;
+    m_report.status(QStringLiteral("%1 %2...")
+                        .arg(tr("Checking online database"), withoutCredentials(m_address)),
+                    false);
+    const QString answer = directoryAnswer(fetch(m_address));
+    if (answer.isEmpty()) {
+        m_errorCode = BASS_ERROR_FILEOPEN;
+        m_report.log(QStringLiteral("%1 %2").arg(tr("Failed to get station url"),
+                                                 withoutCredentials(m_address)),
+                     true);
+        return false;
+    }
+    if (answer == m_request.knownAddress)
+        m_report.status(tr("No difference in the database") + QStringLiteral("..."), false);
+    m_address = answer;
+    return true;
+}
+
+/// True where the address turned out to be a playlist and its first entry is to be tried.
+bool ConnectSequence::followPlaylist() {
+    const bool isNoAudio = m_errorCode == BASS_ERROR_FILEFORM && m_request.isPlaylistProcessed;
+    if (!(m_isPlaylistChecked || isNoAudio) || m_request.knownKind != StreamKind::None ||
+        m_playlistHops >= kMostPlaylistHops)
+        return false;
+    m_report.status(tr("Checking playlist file") + QStringLiteral("..."), false);
+    const Playlist playlist = parsePlaylist(fetch(m_address), m_address);
+    if (m_isCanceled)
+        return false;
+    if (playlist.kind == PlaylistKind::Hls && m_forcedKind != StreamKind::Hls) {
+        m_forcedKind = StreamKind::Hls;
+        return true;
+    }
+    if (playlist.addresses.isEmpty()) {
+        m_report.log(playlist.message, true);
+        return false;
+    }
+    ++m_playlistHops;
+    m_forcedKind = StreamKind::None;
+    m_address = rewrittenAddress(playlist.addresses.first());
+    return true;
 }
 
 void ConnectSequence::pauseBeforeNextTry() {
@@ -126,8 +217,8 @@ void ConnectSequence::pauseBeforeNextTry() {
 }
 
 bool ConnectSequence::createFromAddress(const QString& address) {
-    if (m_request.knownKind != StreamKind::None)
-        return create(m_request.knownKind, address);
+    if (m_forcedKind != StreamKind::None)
+        return create(m_forcedKind, address);
     const StreamKind kind = kindFor(m_request.declaredFormat, address);
     if (create(kind, address))
         return true;
@@ -219,7 +310,7 @@ HSTREAM ConnectSequence::callCreateFile(StreamKind kind, const void* path) {
 }
 
 void ConnectSequence::openLocalFile() {
-    const QString path = localPath(m_request.address);
+    const QString path = localPath(m_address);
     for (StreamKind kind : {StreamKind::Generic,
                             StreamKind::Aac,
                             StreamKind::Wma,
@@ -240,6 +331,24 @@ void ConnectSequence::openLocalFile() {
         m_errorCode = m_library.ErrorGetCode();
         m_report.log(libraryErrorText(m_errorCode), true);
     }
+    playLocalPlaylist();
+}
+
+/// A playlist on this machine: its first entry is played, from wherever it is.
+void ConnectSequence::playLocalPlaylist() {
+    QFile file(localPath(m_address));
+    constexpr qint64 kMostBytes = 1024 * 1024;
+    if (m_playlistHops > 0 || !file.open(QIODevice::ReadOnly))
+        return;
+    const Playlist playlist = parsePlaylist(file.read(kMostBytes), QString());
+    if (playlist.addresses.isEmpty())
+        return;
+    ++m_playlistHops;
+    m_address = rewrittenAddress(playlist.addresses.first());
+    if (isLocalAddress(m_address))
+        openLocalFile();
+    else
+        runNetwork();
 }
 
 // --- callbacks: the library's network thread

@@ -4,6 +4,7 @@
 #include "engine/connect_plan.h"
 #include "engine/stream_sink.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <atomic>
@@ -20,6 +21,11 @@ struct ConnectRequest {
     int attempts = 2;
     bool isFloat = true;
     StreamKind knownKind = StreamKind::None; ///< a reconnect: this create function and no other
+    bool isPlaylistChecked = false;  ///< every failed try looks whether the address is a playlist
+    bool isPlaylistProcessed = true; ///< what is no audio is looked at as a playlist
+    bool hasProxy = false;
+    QString userAgent;    ///< told to playlist servers, restored after an address's own
+    QString knownAddress; ///< of a directory station, from the last time
 };
 
 /// Its way to the outside. Called on the worker's thread.
@@ -35,6 +41,8 @@ struct ConnectReport {
 /// keeps it as long as its channel lives, for the library's callbacks point at it. *Life*: run()
 /// once.
 class ConnectSequence final {
+    Q_DECLARE_TR_FUNCTIONS(BASS::Stream)
+
   public:
     ConnectSequence(AudioLibrary& library,
                     ConnectRequest request,
@@ -53,8 +61,9 @@ class ConnectSequence final {
     [[nodiscard]] StreamKind kind() const { return m_kind; }
     [[nodiscard]] int errorCode() const { return m_errorCode; }
     [[nodiscard]] QString httpMessage() const;
-    [[nodiscard]] const ConnectRequest& request() const { return m_request; }
-    [[nodiscard]] bool isLocalFile() const { return isLocalAddress(m_request.address); }
+    /// The address that is played, after playlists and the directory.
+    [[nodiscard]] const QString& address() const { return m_address; }
+    [[nodiscard]] bool isLocalFile() const { return isLocalAddress(m_address); }
 
     /// To be set once as the library's TITLEPROC; finds the sequence by its user pointer.
     static void titleProc(const StreamTitle& title, void* user);
@@ -62,7 +71,14 @@ class ConnectSequence final {
   private:
     static void downloadProc(const void* buffer, DWORD length, void* user);
     void takeHeaders(const char* headers);
+    void runNetwork();
+    bool mayGoOn() const;
     bool tryNetwork(int attempt);
+    void logFailure();
+    bool followPlaylist();
+    bool lookUpAddress();
+    QByteArray fetch(const QString& address);
+    void playLocalPlaylist();
     void openLocalFile();
     bool createFromAddress(const QString& address);
     bool create(StreamKind kind, const QString& address);
@@ -77,6 +93,11 @@ class ConnectSequence final {
     const ConnectReport m_report;
     HeldSink m_sink;
     std::atomic<bool> m_isCanceled{false};
+    QString m_address;
+    QString m_userAgent; ///< told by the address itself
+    bool m_isPlaylistChecked;
+    StreamKind m_forcedKind; ///< None: chosen by format and address
+    int m_playlistHops = 0;
     HSTREAM m_handle = 0;
     StreamKind m_kind = StreamKind::None;
     int m_errorCode = 0;

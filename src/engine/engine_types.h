@@ -36,7 +36,8 @@ struct EngineSettings {
     int bufferMs = 6000;
     QString proxy; ///< "user:password@host:port"; empty: none
     int attempts = 2;
-    int timeoutSeconds = 10; ///< a connection that gives no byte for so long is lost
+    bool isPlaylistChecked = false; ///< every failed try looks whether the address is a playlist
+    int timeoutSeconds = 10;        ///< a connection that gives no byte for so long is lost
     std::chrono::milliseconds fadeIn{2000};
     std::chrono::milliseconds fadeOut{2000};
     bool isMuteOnPlay = false;

@@ -3,23 +3,20 @@
 #include "base/check.h"
 #include "base/clock.h"
 #include "base/log.h"
+#include "recording/mailbox.h"
 #include "recording/recording_session.h"
+#include "recording/session_publisher.h"
 #include "recording/stream_header_keeper.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QPointer>
 #include <QThread>
 
 #include <atomic>
 #include <condition_variable>
 #include <deque>
-#include <functional>
 #include <mutex>
 #include <thread>
 #include <utility>
 #include <variant>
-#include <vector>
 
 namespace BASS {
 namespace {
@@ -64,44 +61,10 @@ using Item = std::variant<StartItem,
                           TrackItem,
                           QByteArray>;
 
-/// Carries calls from the writer thread to the thread that the recorder lives on, in their order.
-/// What is not delivered when it goes is dropped with it.
-class Mailbox final : public QObject {
-  public:
-    /// Any thread.
-    void post(std::function<void()> call) {
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_calls.push_back(std::move(call));
-            if (m_calls.size() > 1)
-                return; // the event is on its way
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-  protected:
-    void customEvent(QEvent*) override {
-        std::vector<std::function<void()>> calls;
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            calls.swap(m_calls);
-        }
-        const QPointer<Mailbox> self(this);
-        for (const auto& call : calls) {
-            if (self) // a slot may have destroyed the recorder
-                call();
-        }
-    }
-
-  private:
-    std::mutex m_mutex; ///< guards m_calls
-    std::vector<std::function<void()>> m_calls;
-};
-
 } // namespace
 
-struct StreamRecorder::Private final : public RecordingListener {
-    explicit Private(StreamRecorder& recorder) : owner(recorder) {}
+struct StreamRecorder::Private {
+    explicit Private(StreamRecorder& recorder) : owner(recorder), publisher(recorder, mailbox) {}
 
     // GUI thread
     void ensureThread();
@@ -120,12 +83,10 @@ struct StreamRecorder::Private final : public RecordingListener {
     void handleStart(StartItem& item);
     void endSession();
     void afterBatch();
-    void fileOpened(const QString& path, const Song& song) override;
-    void fileFinished(const RecordedFile& file) override;
-    void failed(const RecordingError& error) override;
 
     StreamRecorder& owner;
     Mailbox mailbox;
+    SessionPublisher publisher;
     SystemClock clock;
     int startedSessions = 0;  ///< GUI thread
     int finishedSessions = 0; ///< GUI thread
@@ -167,6 +128,7 @@ void StreamRecorder::Private::endThread() {
     if (thread.joinable())
         thread.join();
     isThreadEnding = false;
+    publisher.wait();
 }
 
 void StreamRecorder::Private::put(Item item) {
@@ -266,8 +228,9 @@ void StreamRecorder::Private::handleStart(StartItem& item) {
     endSession();
     ++takenSessions;
     lastSync = lastProgress = clock.steady();
+    publisher.begin(item.options);
     session = std::make_unique<RecordingSession>(
-        std::move(item.options), std::move(item.song), clock, *this);
+        std::move(item.options), std::move(item.song), clock, publisher);
 }
 
 void StreamRecorder::Private::endSession() {
@@ -280,7 +243,7 @@ void StreamRecorder::Private::endSession() {
         const std::lock_guard<std::mutex> lock(mutex);
         isFed = isFed && queuedSessions > takenSessions;
     }
-    mailbox.post([this, paths] {
+    publisher.finish([this, paths] {
         ++finishedSessions;
         emit owner.sig_finished(paths);
     });
@@ -306,18 +269,6 @@ void StreamRecorder::Private::afterBatch() {
     const RecordingProgress progress = session->progress();
     if (!progress.path.isEmpty())
         mailbox.post([this, progress] { emit owner.sig_progress(progress); });
-}
-
-void StreamRecorder::Private::fileOpened(const QString& path, const Song& song) {
-    mailbox.post([this, path, song] { emit owner.sig_fileOpened(path, song); });
-}
-
-void StreamRecorder::Private::fileFinished(const RecordedFile& file) {
-    mailbox.post([this, file] { emit owner.sig_fileFinished(file); });
-}
-
-void StreamRecorder::Private::failed(const RecordingError& error) {
-    mailbox.post([this, error] { emit owner.sig_failed(error); });
 }
 
 StreamRecorder::StreamRecorder(QObject* parent)
@@ -356,6 +307,10 @@ void StreamRecorder::stop() {
 void StreamRecorder::stopAndWait() {
     stop();
     m_private->endThread();
+}
+
+void StreamRecorder::setCover(const QString& track, const QByteArray& picture) {
+    m_private->publisher.setCover(track, picture);
 }
 
 bool StreamRecorder::isRunning() const {

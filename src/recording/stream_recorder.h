@@ -50,9 +50,13 @@ class StreamRecorder final : public QObject {
     /// The connection is gone; the open file waits for the next one.
     void connectionEnded();
 
+    /// Any thread: a JPEG or PNG picture for the tags of files of this track that are not finished.
+    void setCover(const QString& track, const QByteArray& picture);
+
   signals:
     /// Comes once more for the same file where its first title gives it another name.
     void sig_fileOpened(const QString& path, const BASS::Song& song);
+    /// Closed, on the disk, and its tags are in it.
     void sig_fileFinished(const BASS::RecordedFile& file);
     void sig_progress(const BASS::RecordingProgress& progress);
     /// The recording has ended by itself; what was written before is safe. sig_finished follows.

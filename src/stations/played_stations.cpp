@@ -118,13 +118,9 @@ Result<QVector<StationRecord>> playedStationsFromJson(const QByteArray& json) {
 }
 
 PlayedStations::PlayedStations(QString path, QObject* parent)
-    : QObject(parent), m_path(std::move(path)) {
-    m_writer.setMaxThreadCount(1); // one thread: writes keep their order
-}
+    : QObject(parent), m_path(std::move(path)) {}
 
-PlayedStations::~PlayedStations() {
-    m_writer.waitForDone();
-}
+PlayedStations::~PlayedStations() = default;
 
 Status PlayedStations::load() {
     QFile file(m_path);
@@ -200,14 +196,14 @@ void PlayedStations::changed() {
     if (!m_maySave) {
         return;
     }
-    m_writer.start([this, path = m_path, json = playedStationsToJson(m_stations)] {
+    m_writer.post([this, path = m_path, json = playedStationsToJson(m_stations)] {
         const Status written = replaceFile(path, json);
         if (!written) {
             qCWarning(lcStations) << "PlayedStations"
                                   << "path=" << path << written.error();
             const QString text =
                 tr("The list of played stations could not be saved: %1").arg(written.error());
-            // The destructor waits for this function; a call still queued then is dropped.
+            // The end of the list waits for this function; a call still queued then is dropped.
             QMetaObject::invokeMethod(
                 this, [this, text] { emit sig_saveFailed(text); }, Qt::QueuedConnection);
         }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/background_worker.h"
 #include "base/result.h"
 #include "stations/station.h"
 
 #include <QObject>
-#include <QThreadPool>
 #include <QVector>
 
 namespace BASS {
@@ -50,7 +50,7 @@ class PlayedStations final : public QObject {
     QString m_path;
     QVector<StationRecord> m_stations;
     bool m_maySave = true;
-    QThreadPool m_writer;
+    BackgroundWorker m_writer;
 };
 
 /// The file's form. The array is bounded by kMaxStations, entries without an address are left out.

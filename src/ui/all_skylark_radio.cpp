@@ -66,10 +66,12 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     setMinimumWidth(320);
     m_registry = standardPages(
         {services.player, services.played, services.settings, *m_play, *m_opener, m_log});
-    m_commands = new Commands({services.player, *m_play, *m_record, *m_volume}, m_registry, this);
+    m_commands = new Commands(
+        {services.player, *m_play, *m_record, *m_volume}, m_registry, services.languages, this);
     layOut();
     wirePlayer();
     wireCommands();
+    wireChoices();
     wireCommandLine();
     restore();
     QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
@@ -162,7 +164,10 @@ void AllSkylarkRadio::wireCommands() {
         });
     }
     connect(m_navigation, &NavigationList::sig_pageChosen, this, &AllSkylarkRadio::showPage);
-    for (QAction* theme : commands.themes) {
+}
+
+void AllSkylarkRadio::wireChoices() {
+    for (QAction* theme : m_commands->themes) {
         const auto choice = static_cast<ThemeChoice>(theme->data().toInt());
         theme->setChecked(choice == m_services.settings.theme());
         connect(theme, &QAction::triggered, this, [this, choice] {
@@ -170,6 +175,20 @@ void AllSkylarkRadio::wireCommands() {
             WavelarkStyle::install(choice);
         });
     }
+    for (QAction* language : m_commands->languages) {
+        const QString file = language->data().toString();
+        language->setChecked(
+            file.compare(m_services.settings.languageFile(), Qt::CaseInsensitive) == 0);
+        connect(language, &QAction::triggered, this, [this, file] { chooseLanguage(file); });
+    }
+}
+
+void AllSkylarkRadio::chooseLanguage(const QString& file) {
+    m_services.settings.setLanguageFile(file);
+    showMessage({Message::Kind::Information,
+                 tr("The language changes when Wavelark starts the next time."),
+                 {},
+                 {}});
 }
 
 void AllSkylarkRadio::wireCommandLine() {

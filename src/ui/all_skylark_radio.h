@@ -41,8 +41,9 @@ struct WindowServices {
     FolderOpener::OpenUrl openUrl;
     /// Puts the computer to sleep, hibernates or shuts it down. Empty: done; else why it was not.
     std::function<QString(EndAction)> power;
-    QStringList arguments;  ///< of the process, the program path first
-    bool hasDisplay = true; ///< false: the window is never shown, which saves its painting
+    QStringList arguments;       ///< of the process, the program path first
+    QVector<Language> languages; ///< that can be chosen
+    bool hasDisplay = true;      ///< false: the window is never shown, which saves its painting
 };
 
 /// The main window. It puts views and controllers together and holds no logic of its own.
@@ -93,6 +94,7 @@ class AllSkylarkRadio : public QMainWindow {
     void layOut();
     void wirePlayer();
     void wireCommands();
+    void wireChoices();
     void wireCommandLine();
     void restore();
     void showPage(int index);
@@ -101,6 +103,7 @@ class AllSkylarkRadio : public QMainWindow {
     void songChanged(const BASS::Song& song);
     [[nodiscard]] bool askWhileRecording();
     void showAbout();
+    void chooseLanguage(const QString& file);
     void showAs(ShowMode mode);
     void carryOutEnd(EndAction action);
 

@@ -2,14 +2,18 @@
 
 #include "app/app_settings.h"
 #include "app/application_proxy.h"
+#include "app/language_manager.h"
 
 #include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QUrl>
 
 #include <algorithm>
 
 namespace {
+
+constexpr qint64 kMegabyte = 1024 * 1024;
 
 BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     if (mode != BASS::RecordMode::FromSettings) {
@@ -55,6 +59,15 @@ void AppUiSettings::setLastPage(int index) {
     }
 }
 
+QString AppUiSettings::languageFile() const {
+    return languageFiles(m_settings.LanguageFile()).main;
+}
+
+void AppUiSettings::setLanguageFile(const QString& file) {
+    m_settings.LanguageFile.set(file);
+    m_settings.LanguageSet.set(true); // from now on "/lang=" changes nothing
+}
+
 bool AppUiSettings::askOnExitIfRecording() const {
     return m_settings.AskUserOnExitIfRecording();
 }
@@ -90,6 +103,15 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
     options.splitDelay =
         std::chrono::milliseconds(station.splitDelayMs > 0 ? static_cast<int>(station.splitDelayMs)
                                                            : m_settings.RecSplitDelayMs());
+    options.splitEvery = std::chrono::minutes(std::max(0, m_settings.RecSplitMins()));
+    options.isFileReused = m_settings.ReuseCurrentRecFile();
+    options.minFreeBytes = std::max(0, m_settings.RecMinFreeMB()) * kMegabyte;
+    options.hasTags = m_settings.SaveTagsForTrackFile();
+    options.hasTrackList = m_settings.AutoSaveTrackHistory();
+    options.trackList = {m_settings.AutoSaveTrackHistoryFormat(),
+                         m_settings.AddDateToTrackHistory()};
+    options.isTitleListKept = m_settings.SaveTracksToFile();
+    options.address = QUrl(station.playUrl()).toString(QUrl::RemoveUserInfo);
     options.encoder = m_settings.EncodingStreamType();
     options.station = {station.name, station.country, station.countryState, station.city, schedule};
     return options;
@@ -103,6 +125,7 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.bufferMs = m_settings.BufferSize();
     engine.proxy = audioProxyText(proxySettings(m_settings));
     engine.attempts = std::max(1, m_settings.Retries());
+    engine.isPlaylistChecked = m_settings.ParsePlaylistFile();
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());

@@ -22,6 +22,8 @@ class AppUiSettings final : public UiSettings {
     void setWindowGeometry(const QString& window, const QByteArray& geometry) override;
     [[nodiscard]] int lastPage() const override;
     void setLastPage(int index) override;
+    [[nodiscard]] QString languageFile() const override;
+    void setLanguageFile(const QString& file) override;
     [[nodiscard]] bool askOnExitIfRecording() const override;
     [[nodiscard]] bool autoPlayOnStart() const override;
     [[nodiscard]] bool advancedScheduling() const override;

@@ -15,12 +15,17 @@ constexpr int kVolumeStep = 5;
 
 } // namespace
 
-Commands::Commands(const Controllers& controllers, const PageRegistry& registry, QObject* parent)
+Commands::Commands(const Controllers& controllers,
+                   const PageRegistry& registry,
+                   const QVector<Language>& foundLanguages,
+                   QObject* parent)
     : QObject(parent), m_controllers(controllers) {
     makePlay();
     makeRecord();
     makeSound();
     makeView(registry);
+    makeThemes();
+    makeLanguages(foundLanguages);
     shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
     about = make(tr("&About Wavelark"), {}, {});
     connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);
@@ -100,6 +105,9 @@ void Commands::makeView(const PageRegistry& registry) {
     }
     filter = make(tr("&Filter the list"), QStringLiteral("search"), QKeySequence::Find);
     closeMessage = make(tr("&Close the message"), {}, QKeySequence(Qt::Key_Escape));
+}
+
+void Commands::makeThemes() {
     auto* themeGroup = new QActionGroup(this);
     const QPair<QString, ThemeChoice> choices[] = {{tr("As the &system"), ThemeChoice::System},
                                                    {tr("&Light"), ThemeChoice::Light},
@@ -110,6 +118,17 @@ void Commands::makeView(const PageRegistry& registry) {
         action->setData(static_cast<int>(choice.second));
         themeGroup->addAction(action);
         themes.append(action);
+    }
+}
+
+void Commands::makeLanguages(const QVector<Language>& foundLanguages) {
+    auto* group = new QActionGroup(this);
+    for (const Language& language : foundLanguages) {
+        QAction* action = make(language.name, {}, {});
+        action->setCheckable(true);
+        action->setData(language.file);
+        group->addAction(action);
+        languages.append(action);
     }
 }
 

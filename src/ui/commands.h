@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/language_manager.h"
 #include "ui/pages/page_registry.h"
 #include "ui/theme/theme.h"
 
@@ -28,7 +29,10 @@ class Commands final : public QObject {
         VolumeController& volume;
     };
 
-    Commands(const Controllers& controllers, const PageRegistry& pages, QObject* parent);
+    Commands(const Controllers& controllers,
+             const PageRegistry& pages,
+             const QVector<Language>& languages,
+             QObject* parent);
 
     QAction* playStop;
     QAction* playLast;
@@ -47,8 +51,9 @@ class Commands final : public QObject {
     QAction* closeMessage;
     QAction* shortcuts;
     QAction* about;
-    QVector<QAction*> pages;  ///< checkable, one per page
-    QVector<QAction*> themes; ///< checkable; data() is the ThemeChoice as int
+    QVector<QAction*> pages;     ///< checkable, one per page
+    QVector<QAction*> themes;    ///< checkable; data() is the ThemeChoice as int
+    QVector<QAction*> languages; ///< checkable; data() is the language's file
 
     /// All that have keys, in the order of the menus.
     [[nodiscard]] QVector<QAction*> all() const { return m_all; }
@@ -59,6 +64,8 @@ class Commands final : public QObject {
     void makeRecord();
     void makeSound();
     void makeView(const PageRegistry& registry);
+    void makeThemes();
+    void makeLanguages(const QVector<Language>& languages);
     void update();
 
     Controllers m_controllers;

@@ -8,19 +8,19 @@
 
 namespace {
 
-QString text(const char* source) {
-    return QCoreApplication::translate("MainMenu", source);
-}
+struct MainMenu {
+    Q_DECLARE_TR_FUNCTIONS(MainMenu)
+};
 
 } // namespace
 
 void fillMenuBar(QMenuBar& bar, const Commands& commands) {
-    QMenu* station = bar.addMenu(text("&Station"));
+    QMenu* station = bar.addMenu(MainMenu::tr("&Station"));
     station->addActions({commands.openAddress, commands.playStop, commands.playLast});
     station->addSeparator();
     station->addAction(commands.quit);
 
-    QMenu* recording = bar.addMenu(text("&Recording"));
+    QMenu* recording = bar.addMenu(MainMenu::tr("&Recording"));
     recording->addAction(commands.recordToggle);
     recording->addSeparator();
     recording->addActions(
@@ -28,16 +28,19 @@ void fillMenuBar(QMenuBar& bar, const Commands& commands) {
     recording->addSeparator();
     recording->addActions({commands.recordStop, commands.openRecordingFolder});
 
-    QMenu* sound = bar.addMenu(text("S&ound"));
+    QMenu* sound = bar.addMenu(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});
 
-    QMenu* view = bar.addMenu(text("&View"));
+    QMenu* view = bar.addMenu(MainMenu::tr("&View"));
     view->addActions(commands.pages.toList());
     view->addSeparator();
     view->addActions({commands.filter, commands.closeMessage});
     view->addSeparator();
-    view->addMenu(text("&Theme"))->addActions(commands.themes.toList());
+    view->addMenu(MainMenu::tr("&Theme"))->addActions(commands.themes.toList());
+    QMenu* language = view->addMenu(MainMenu::tr("&Language"));
+    language->addActions(commands.languages.toList());
+    language->setEnabled(!language->isEmpty());
 
-    QMenu* help = bar.addMenu(text("&Help"));
+    QMenu* help = bar.addMenu(MainMenu::tr("&Help"));
     help->addActions({commands.shortcuts, commands.about});
 }

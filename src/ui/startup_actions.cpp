@@ -14,9 +14,9 @@
 
 namespace {
 
-QString text(const char* source) {
-    return QCoreApplication::translate("Startup", source);
-}
+struct Startup {
+    Q_DECLARE_TR_FUNCTIONS(Startup)
+};
 
 bool isAnsweredYes(const QString& question) {
     return QMessageBox::question(nullptr,
@@ -57,16 +57,16 @@ bool carryOutUninstall(const QStringList& arguments) {
         return false;
     }
     if (!hasDisplay()) {
-        tell(text("Nothing was removed: the question before it needs a display."));
+        tell(Startup::tr("Nothing was removed: the question before it needs a display."));
         return true;
     }
-    if (!isAnsweredYes(text("Do you want to remove your settings and data?"))) {
+    if (!isAnsweredYes(Startup::tr("Do you want to remove your settings and data?"))) {
         return true;
     }
     const Result<RemovalPlan> plan = planRemoval({currentDataFolder(), QDir::homePath()});
     const Status removed = plan ? removeProgramData(plan.value()) : Status(Error{plan.error()});
     if (!removed) {
-        tell(text("Not everything was removed: %1").arg(removed.error()));
+        tell(Startup::tr("Not everything was removed: %1").arg(removed.error()));
     }
     return true;
 }
@@ -86,12 +86,13 @@ int reportFatal(const QString& message) {
 
 QString performPowerAction(EndAction action) {
     const bool mustAsk = action == EndAction::Shutdown && hasDisplay();
-    if (mustAsk && !isAnsweredYes(text("Computer shutdown will start imminently. Do you wish to "
-                                       "continue?"))) {
+    if (mustAsk &&
+        !isAnsweredYes(Startup::tr("Computer shutdown will start imminently. Do you wish to "
+                                   "continue?"))) {
         return {};
     }
     const Status asked = requestPower(powerAction(action));
-    return asked
-               ? QString()
-               : text("The system did not do what was planned for the end: %1.").arg(asked.error());
+    return asked ? QString()
+                 : Startup::tr("The system did not do what was planned for the end: %1.")
+                       .arg(asked.error());
 }

@@ -6,26 +6,26 @@
 
 namespace {
 
-QString text(const char* source) {
-    return QCoreApplication::translate("StateText", source);
-}
+struct StateText {
+    Q_DECLARE_TR_FUNCTIONS(StateText)
+};
 
 } // namespace
 
 QString stateText(PlayState state) {
     switch (state) {
     case PlayState::Stopped:
-        return text("Stopped");
+        return StateText::tr("Stopped");
     case PlayState::Connecting:
-        return text("Connecting…");
+        return StateText::tr("Connecting…");
     case PlayState::Playing:
-        return text("Playing");
+        return StateText::tr("Playing");
     case PlayState::Stalled:
-        return text("Waiting for data…");
+        return StateText::tr("Waiting for data…");
     case PlayState::Reconnecting:
-        return text("Connection lost. Reconnecting…");
+        return StateText::tr("Connection lost. Reconnecting…");
     case PlayState::Paused:
-        return text("Paused");
+        return StateText::tr("Paused");
     }
     return {};
 }
@@ -36,15 +36,16 @@ QString streamText(const StreamInfo& info) {
         parts.append(info.format);
     }
     if (info.bitrate > 0) {
-        parts.append(text("%1 kbit/s").arg(info.bitrate));
+        parts.append(StateText::tr("%1 kbit/s").arg(info.bitrate));
     }
     if (info.channels == 1) {
-        parts.append(text("Mono"));
+        parts.append(StateText::tr("Mono"));
     } else if (info.channels == 2) {
-        parts.append(text("Stereo"));
+        parts.append(StateText::tr("Stereo"));
     }
     if (info.sampleRate > 0) {
-        parts.append(text("%1 kHz").arg(QLocale().toString(info.sampleRate / 1000.0, 'g', 4)));
+        parts.append(
+            StateText::tr("%1 kHz").arg(QLocale().toString(info.sampleRate / 1000.0, 'g', 4)));
     }
     return parts.join(QStringLiteral(" · "));
 }
@@ -67,10 +68,9 @@ QString sizeText(qint64 bytes) {
 
 QString recordingText(const BASS::RecordingProgress& progress) {
     // Without a translation file the source text is shown as it is, so one and many are two.
-    const QString tracks =
-        progress.files == 1
-            ? text("1 track")
-            : QCoreApplication::translate("StateText", "%n tracks", nullptr, progress.files);
+    const QString tracks = progress.files == 1
+                               ? StateText::tr("1 track")
+                               : StateText::tr("%n tracks", nullptr, progress.files);
     const QStringList parts{
         durationText(progress.fileDuration), sizeText(progress.fileBytes), tracks};
     return parts.join(QStringLiteral(" · "));

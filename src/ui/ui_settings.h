@@ -29,6 +29,10 @@ class UiSettings {
     [[nodiscard]] virtual int lastPage() const = 0;
     virtual void setLastPage(int index) = 0;
 
+    /// The language's file, "German.lng"; a new one is in force from the next start on.
+    [[nodiscard]] virtual QString languageFile() const = 0;
+    virtual void setLanguageFile(const QString& file) = 0;
+
     [[nodiscard]] virtual bool askOnExitIfRecording() const = 0;
     [[nodiscard]] virtual bool autoPlayOnStart() const = 0;
     [[nodiscard]] virtual bool advancedScheduling() const = 0;

@@ -13,6 +13,10 @@ ProgramRun::ProgramRun() : m_environment(QProcessEnvironment::systemEnvironment(
     m_environment.insert(QStringLiteral("WAVELARK_DATA"), m_folder.path());
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     m_environment.insert(QStringLiteral("SDL_AUDIODRIVER"), QStringLiteral("dummy"));
+    // what Qt's offscreen platform leaves behind is no fault of the program
+    m_environment.insert(
+        QStringLiteral("LSAN_OPTIONS"),
+        QStringLiteral("print_suppressions=0:suppressions=" WAVELARK_SOURCE "/tools/lsan.supp"));
     m_process.setProcessChannelMode(QProcess::MergedChannels);
 }
 

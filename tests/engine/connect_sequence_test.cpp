@@ -1,5 +1,6 @@
 #include "engine/connect_sequence.h"
 #include "support/fake_library.h"
+#include "support/test_station.h"
 
 #include <QStringList>
 
@@ -35,8 +36,10 @@ class ConnectSequenceTest : public ::testing::Test {
         report.status = [this](const QString& text, bool) { status.append(text); };
         report.log = [](const QString&, bool) {};
         report.createBegins = [](StreamKind) {};
-        return std::make_unique<ConnectSequence>(
-            library, ConnectRequest{address, {}, attempts, true, StreamKind::None}, report, sink);
+        ConnectRequest request;
+        request.address = address;
+        request.attempts = attempts;
+        return std::make_unique<ConnectSequence>(library, request, report, sink);
     }
 
     static void deliver(const FakeLibrary::Create& call, const char* bytes) {
@@ -130,4 +133,67 @@ TEST_F(ConnectSequenceTest, CancelEndsThePauseAndFreesTheChannel) {
     late->run();
     EXPECT_EQ(late->handle(), 0U);
     EXPECT_EQ(library.freed, std::vector<DWORD>{11});
+}
+
+TEST_F(ConnectSequenceTest, FollowsPlaylistsWithoutUsingUpAttempts) {
+    TestStation server;
+    ASSERT_TRUE(server.listen());
+    const auto answerWith = [&server](const QByteArray& body) {
+        StationScript script;
+        script.rawAnswer = "HTTP/1.0 200 OK\r\n\r\n" + body;
+        server.setScript(script);
+    };
+    library.error = BASS_ERROR_FILEFORM;
+    library.onCreate = [](const FakeLibrary::Create& call) -> HSTREAM {
+        return call.url == QStringLiteral("http://h/live") ? 3 : 0;
+    };
+    answerWith("[playlist]\r\nFile1=icy://h/live\r\n");
+    const auto connect = sequence(server.url(QStringLiteral("/a.pls")), 1);
+    connect->run();
+    EXPECT_EQ(connect->handle(), 3U);
+    EXPECT_EQ(connect->address(), QStringLiteral("http://h/live"));
+
+    // one that points at itself ends
+    library.creates.clear();
+    answerWith(server.url(QStringLiteral("/b.m3u")).toLatin1() + "\n");
+    const auto circle = sequence(server.url(QStringLiteral("/b.m3u")), 1);
+    circle->run();
+    EXPECT_EQ(circle->handle(), 0U);
+    EXPECT_LT(library.creates.size(), 100U);
+
+    // a live playlist of segments is played itself
+    library.creates.clear();
+    library.onCreate = [](const FakeLibrary::Create& call) -> HSTREAM {
+        return call.function == "hls" ? 4 : 0;
+    };
+    answerWith("#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\na.ts\n");
+    const auto hls = sequence(server.url(QStringLiteral("/live")), 1);
+    hls->run();
+    EXPECT_EQ(hls->kind(), StreamKind::Hls);
+}
+
+TEST_F(ConnectSequenceTest, AsksTheDirectoryAndHonoursAddressOptions) {
+    TestStation server;
+    ASSERT_TRUE(server.listen());
+    StationScript script;
+    script.rawAnswer = "HTTP/1.0 200 OK\r\n\r\nhttp://h/found\r\n";
+    server.setScript(script);
+    library.onCreate = [](const FakeLibrary::Create&) -> HSTREAM { return 3; };
+    const auto found = sequence(server.url(QStringLiteral("/station_rr.php?station_id=7")));
+    found->run();
+    ASSERT_EQ(library.creates.size(), 1U);
+    EXPECT_EQ(library.creates[0].url, QStringLiteral("http://h/found"));
+
+    const auto options =
+        sequence(QStringLiteral("http://h/x#user_agent=Name%2F1&parse_playlist=true"));
+    options->run();
+    EXPECT_EQ(library.creates[1].url, QStringLiteral("http://h/x"));
+    EXPECT_EQ(library.texts[BASS_CONFIG_NET_AGENT], QString()); // put back
+
+    script.rawAnswer = "HTTP/1.0 200 OK\r\n\r\nno such station";
+    server.setScript(script);
+    const auto lost = sequence(server.url(QStringLiteral("/station_rr.php?station_id=8")), 1);
+    lost->run();
+    EXPECT_EQ(lost->handle(), 0U);
+    EXPECT_EQ(library.creates.size(), 2U);
 }

@@ -20,6 +20,32 @@ QByteArray mp3() {
 
 } // namespace
 
+TEST(RecordingFailure, DiskBelowItsLimitEndsTheRecordingWithAReason) {
+    RecorderRig rig;
+    rig.options.minFreeBytes = Q_INT64_C(1) << 60;
+    rig.start();
+    rig.feed(mp3());
+    rig.waitForEnd();
+    ASSERT_EQ(rig.errors.size(), 1U);
+    EXPECT_EQ(rig.errors[0].kind, RecordingErrorKind::CannotWrite);
+    EXPECT_TRUE(rig.errors[0].detail.contains(QStringLiteral(" MB are free in ")));
+    EXPECT_TRUE(rig.files.empty());
+    EXPECT_FALSE(QFileInfo::exists(rig.options.folder));
+
+    rig.options.minFreeBytes = 1;
+    QSignalSpy progress(&rig.recorder, &BASS::StreamRecorder::sig_progress);
+    rig.start();
+    rig.recorder.connectionBegan();
+    rig.feedPart(mp3());
+    ASSERT_TRUE(progress.wait(10000));
+    const auto told = progress.first().first().value<BASS::RecordingProgress>();
+    EXPECT_GT(told.freeBytes, 0);
+    EXPECT_NEAR(static_cast<double>(told.remaining.count()) * 16000,
+                static_cast<double>(told.freeBytes),
+                static_cast<double>(told.freeBytes) / 10);
+    rig.stop();
+}
+
 TEST(RecordingFailure, MoreThanTheQueueHoldsEndsTheRecording) {
     const QByteArray huge(65 * 1024 * 1024, '\xFF');
     RecorderRig rig;

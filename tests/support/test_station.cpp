@@ -14,6 +14,10 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <vector>
 
 namespace {
 
@@ -272,9 +276,34 @@ struct TestStation::Private {
         }
     }
 
+    std::mutex
+        jobMutex; ///< guards the jobs; unlike an event it orders the threads for the sanitizer
+    std::vector<std::function<void()>> jobs;
+
+    void runJobs() {
+        std::vector<std::function<void()>> due;
+        {
+            const std::lock_guard lock(jobMutex);
+            due.swap(jobs);
+        }
+        for (const auto& job : due)
+            job();
+    }
+
+    /// Runs a call on the station's thread and waits for it.
     template <typename Call>
     void onThread(Call call) {
-        QMetaObject::invokeMethod(context, call, Qt::BlockingQueuedConnection);
+        std::promise<void> done;
+        {
+            const std::lock_guard lock(jobMutex);
+            jobs.emplace_back([&call, &done] {
+                call();
+                done.set_value();
+            });
+        }
+        QMetaObject::invokeMethod(
+            context, [this] { runJobs(); }, Qt::QueuedConnection);
+        done.get_future().wait();
     }
 
     template <typename Call>

@@ -14,6 +14,13 @@ extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserv
            "leak:QPropertyAnimation::QPropertyAnimation\n";
 }
 
+/// Qt is not built for the thread sanitizer, which therefore misses that the function handed to
+/// another thread's event loop is counted atomically.
+extern "C" const char* __tsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __tsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "race:QMetaObject::invokeMethodImpl\n";
+}
+
 /// main() of the tests with windows: offscreen unless a person asks for another platform.
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {

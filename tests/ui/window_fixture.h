@@ -43,6 +43,7 @@ class MemorySettings final : public UiSettings {
     bool isAutoPlaying = false;
     bool isAdvanced = false;
     QString folder;
+    QString language = QStringLiteral("English.lng");
 
     [[nodiscard]] int volume() const override { return storedVolume; }
     void setVolume(int percent) override { storedVolume = percent; }
@@ -52,6 +53,8 @@ class MemorySettings final : public UiSettings {
     void setWindowGeometry(const QString&, const QByteArray& bytes) override { geometry = bytes; }
     [[nodiscard]] int lastPage() const override { return page; }
     void setLastPage(int index) override { page = index; }
+    [[nodiscard]] QString languageFile() const override { return language; }
+    void setLanguageFile(const QString& file) override { language = file; }
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }
     [[nodiscard]] bool advancedScheduling() const override { return isAdvanced; }
@@ -84,7 +87,7 @@ class WindowTest : public ::testing::Test {
             return powerAnswer;
         };
         window = std::make_unique<AllSkylarkRadio>(
-            WindowServices{player, played, settings, clock, openUrl, power, arguments});
+            WindowServices{player, played, settings, clock, openUrl, power, arguments, languages});
         window->show();
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -121,5 +124,6 @@ class WindowTest : public ::testing::Test {
     bool canOpen = true;
     QList<int> powerActions;
     QString powerAnswer;
+    QVector<Language> languages;
     std::unique_ptr<AllSkylarkRadio> window;
 };

@@ -210,11 +210,14 @@ bool DecodeWorker::linkIsOver() {
     return false;
 }
 
-bool DecodeWorker::deliver(const LinkDecoder::Block& block) {
+bool DecodeWorker::deliver(LinkDecoder::Block& block) {
     if (block.samples.empty())
         return true;
     updateInfo();
-    deliverTitles(streamPosition(block.hasPosition ? block.position : m_fed));
+    const std::uint64_t position = streamPosition(block.hasPosition ? block.position : m_fed);
+    deliverTitles(position);
+    if (m_callbacks.pcm)
+        m_callbacks.pcm(block.samples, position);
     const float* samples = block.samples.data();
     std::size_t left = block.samples.size() / Voice::kChannels;
     const auto prebuffer = static_cast<std::size_t>(m_rate) * kPrebufferMs / 1000;

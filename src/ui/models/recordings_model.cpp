@@ -59,13 +59,9 @@ QVector<RecordingEntry> scanRecordings(const QString& folder, int limit) {
     return rows;
 }
 
-RecordingsModel::RecordingsModel(QObject* parent) : QAbstractListModel(parent) {
-    m_reader.setMaxThreadCount(1);
-}
+RecordingsModel::RecordingsModel(QObject* parent) : QAbstractListModel(parent) {}
 
-RecordingsModel::~RecordingsModel() {
-    m_reader.waitForDone();
-}
+RecordingsModel::~RecordingsModel() = default;
 
 void RecordingsModel::scan(const QString& folder) {
     m_folder = folder;
@@ -78,7 +74,7 @@ void RecordingsModel::scan(const QString& folder) {
 
 void RecordingsModel::begin() {
     m_isScanning = true;
-    m_reader.start([this, folder = m_folder] {
+    m_reader.post([this, folder = m_folder] {
         const QVector<RecordingEntry> rows = scanRecordings(folder, kMaxFiles);
         // The destructor waits for this function, so that `this` is alive here; a call that is
         // still queued when it dies is dropped.

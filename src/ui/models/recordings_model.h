@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/background_worker.h"
+
 #include <QAbstractListModel>
 #include <QDateTime>
-#include <QThreadPool>
 #include <QVector>
 
 /// A file in the recording folder. A plain value.
@@ -49,5 +50,5 @@ class RecordingsModel final : public QAbstractListModel {
     QString m_folder;
     bool m_isScanning = false;
     bool m_isAgainWanted = false;
-    QThreadPool m_reader;
+    BackgroundWorker m_reader;
 };

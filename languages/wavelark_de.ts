@@ -1,0 +1,979 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>AddressBar</name>
+    <message>
+        <source>Address of a station – paste it and press Enter</source>
+        <translation>Adresse eines Senders – einfügen und Eingabetaste drücken</translation>
+    </message>
+    <message>
+        <source>Address of a station</source>
+        <translation>Adresse eines Senders</translation>
+    </message>
+    <message>
+        <source>Press Enter to play the station at this address</source>
+        <translation>Mit der Eingabetaste wird der Sender dieser Adresse gespielt</translation>
+    </message>
+    <message>
+        <source>Play this address</source>
+        <translation>Diese Adresse abspielen</translation>
+    </message>
+</context>
+<context>
+    <name>AddressInput</name>
+    <message>
+        <source>“%1” is not the address of a station. An address looks like http://radio.example:8000/stream.</source>
+        <translation>„%1“ ist nicht die Adresse eines Senders. Eine Adresse sieht so aus: http://radio.example:8000/stream.</translation>
+    </message>
+    <message>
+        <source>Type or paste the address of a station first, for example http://radio.example:8000/stream.</source>
+        <translation>Geben Sie zuerst die Adresse eines Senders ein, zum Beispiel http://radio.example:8000/stream.</translation>
+    </message>
+</context>
+<context>
+    <name>AllSkylarkRadio</name>
+    <message>
+        <source>%1 – Wavelark</source>
+        <translation>%1 – Wavelark</translation>
+    </message>
+    <message>
+        <source>Recording started</source>
+        <translation>Aufnahme gestartet</translation>
+    </message>
+    <message>
+        <source>Recording stopped</source>
+        <translation>Aufnahme beendet</translation>
+    </message>
+    <message>
+        <source>A recording is running. Stop it and quit?</source>
+        <translation>Es läuft eine Aufnahme. Soll sie beendet und das Programm geschlossen werden?</translation>
+    </message>
+    <message>
+        <source>Stop and &amp;quit</source>
+        <translation>Aufnahme beenden und &amp;schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep recording</source>
+        <translation>&amp;Weiter aufnehmen</translation>
+    </message>
+    <message>
+        <source>What has been recorded is kept.</source>
+        <translation>Was aufgenommen wurde, bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>About Wavelark</source>
+        <translation>Über Wavelark</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Listen to internet radio and record it, one file per track.&lt;/p&gt;</source>
+        <translation>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Internetradio hören und aufnehmen, jeden Titel in einer eigenen Datei.&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>AppStream</name>
+    <message>
+        <source>Connection canceled</source>
+        <translation>Verbindung abgebrochen</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Failed to connect at this time</source>
+        <translation>Die Verbindung ist im Moment nicht möglich</translation>
+    </message>
+    <message>
+        <source>The connection to the station was lost</source>
+        <translation>Die Verbindung zum Sender ist abgerissen</translation>
+    </message>
+    <message>
+        <source>The station did not come back</source>
+        <translation>Der Sender ist nicht zurückgekehrt</translation>
+    </message>
+    <message>
+        <source>Connection lost, reconnecting...</source>
+        <translation>Verbindung abgerissen, sie wird neu aufgebaut...</translation>
+    </message>
+    <message>
+        <source>Finished</source>
+        <translation>Zu Ende</translation>
+    </message>
+</context>
+<context>
+    <name>AtomicFile</name>
+    <message>
+        <source>Cannot write</source>
+        <translation>Kann nicht geschrieben werden:</translation>
+    </message>
+    <message>
+        <source>Cannot save</source>
+        <translation>Kann nicht gespeichert werden:</translation>
+    </message>
+    <message>
+        <source>Cannot set aside</source>
+        <translation>Kann nicht beiseitegelegt werden:</translation>
+    </message>
+</context>
+<context>
+    <name>AudioProvider</name>
+    <message>
+        <source>no such file</source>
+        <translation>keine solche Datei</translation>
+    </message>
+    <message>
+        <source>The audio library &quot;%1&quot; cannot be loaded: %2</source>
+        <translation>Die Audiobibliothek „%1“ kann nicht geladen werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::CBass</name>
+    <message>
+        <source>Go to settings and make sure the sound device is set correctly</source>
+        <translation>Prüfen Sie in den Einstellungen, ob das richtige Tongerät gewählt ist</translation>
+    </message>
+    <message>
+        <source>Memory error</source>
+        <translation>Speicherfehler</translation>
+    </message>
+    <message>
+        <source>Can&apos;t open the file</source>
+        <translation>Die Datei lässt sich nicht öffnen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t find a free/valid driver</source>
+        <translation>Kein freier oder gültiger Treiber gefunden</translation>
+    </message>
+    <message>
+        <source>The sample buffer was lost</source>
+        <translation>Der Samplepuffer ist verloren gegangen</translation>
+    </message>
+    <message>
+        <source>Invalid handle</source>
+        <translation>Ungültiges Handle</translation>
+    </message>
+    <message>
+        <source>Unsupported sample format</source>
+        <translation>Nicht unterstütztes Sampleformat</translation>
+    </message>
+    <message>
+        <source>Invalid playback position</source>
+        <translation>Ungültige Wiedergabeposition</translation>
+    </message>
+    <message>
+        <source>BASS_Init was not successfully called</source>
+        <translation>BASS_Init wurde nicht erfolgreich aufgerufen</translation>
+    </message>
+    <message>
+        <source>BASS_Start was not successfully called</source>
+        <translation>BASS_Start wurde nicht erfolgreich aufgerufen</translation>
+    </message>
+    <message>
+        <source>Already using the requested device. </source>
+        <translation>Das gewünschte Gerät wird bereits verwendet. </translation>
+    </message>
+    <message>
+        <source>Can&apos;t get a free channel</source>
+        <translation>Kein freier Kanal verfügbar</translation>
+    </message>
+    <message>
+        <source>An illegal type was specified</source>
+        <translation>Ein unzulässiger Typ wurde angegeben</translation>
+    </message>
+    <message>
+        <source>An illegal parameter was specified</source>
+        <translation>Ein unzulässiger Parameter wurde angegeben</translation>
+    </message>
+    <message>
+        <source>No 3D support</source>
+        <translation>Keine 3D-Unterstützung</translation>
+    </message>
+    <message>
+        <source>No EAX support</source>
+        <translation>Keine EAX-Unterstützung</translation>
+    </message>
+    <message>
+        <source>Illegal device number</source>
+        <translation>Unzulässige Gerätenummer</translation>
+    </message>
+    <message>
+        <source>Not playing</source>
+        <translation>Es wird nichts abgespielt</translation>
+    </message>
+    <message>
+        <source>Illegal sample rate</source>
+        <translation>Unzulässige Abtastrate</translation>
+    </message>
+    <message>
+        <source>The stream is not a file stream</source>
+        <translation>Der Stream ist kein Dateistream</translation>
+    </message>
+    <message>
+        <source>No hardware voices available</source>
+        <translation>Keine Hardwarestimmen verfügbar</translation>
+    </message>
+    <message>
+        <source>The MOD music has no sequence data</source>
+        <translation>Die MOD-Musik enthält keine Sequenzdaten</translation>
+    </message>
+    <message>
+        <source>No internet connection could be opened</source>
+        <translation>Es konnte keine Internetverbindung aufgebaut werden</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t create the file</source>
+        <translation>Die Datei konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Effects are not available</source>
+        <translation>Effekte sind nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Requested data is not available</source>
+        <translation>Die angeforderten Daten sind nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>The channel is a decoding channel</source>
+        <translation>Der Kanal ist ein Dekodierkanal</translation>
+    </message>
+    <message>
+        <source>Sufficient DirectX version is not installed</source>
+        <translation>Es ist keine ausreichende DirectX-Version installiert</translation>
+    </message>
+    <message>
+        <source>Connection timed out</source>
+        <translation>Zeitüberschreitung der Verbindung</translation>
+    </message>
+    <message>
+        <source>Unsupported file format</source>
+        <translation>Nicht unterstütztes Dateiformat</translation>
+    </message>
+    <message>
+        <source>Unavailable speaker</source>
+        <translation>Lautsprecher nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Invalid BASS version (used by add-ons)</source>
+        <translation>Ungültige BASS-Version (von Erweiterungen verwendet)</translation>
+    </message>
+    <message>
+        <source>Codec is not available/supported</source>
+        <translation>Der Codec ist nicht verfügbar oder wird nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>The Windows Media modules (v9 or above) are not installed.</source>
+        <translation>Die Windows-Media-Module (ab Version 9) sind nicht installiert.</translation>
+    </message>
+    <message>
+        <source>No codec could be found to support the requested sample format and bitrate.</source>
+        <translation>Für das gewünschte Sampleformat und die Bitrate wurde kein Codec gefunden.</translation>
+    </message>
+    <message>
+        <source>No CD fouind in the drive</source>
+        <translation>Keine CD im Laufwerk gefunden</translation>
+    </message>
+    <message>
+        <source>Unknown Library Error</source>
+        <translation>Unbekannter Bibliotheksfehler</translation>
+    </message>
+    <message>
+        <source>Mono</source>
+        <translation>Mono</translation>
+    </message>
+    <message>
+        <source>Stereo</source>
+        <translation>Stereo</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::CRecording</name>
+    <message>
+        <source>Recording failed</source>
+        <translation>Aufnahme fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Internal Error</source>
+        <translation>Interner Fehler</translation>
+    </message>
+    <message>
+        <source>Missing encoder</source>
+        <translation>Der Encoder fehlt</translation>
+    </message>
+    <message>
+        <source>Recording failed: Unable to create output file</source>
+        <translation>Aufnahme fehlgeschlagen: Die Ausgabedatei lässt sich nicht anlegen</translation>
+    </message>
+    <message>
+        <source>Unable to write to disk</source>
+        <translation>Auf den Datenträger kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Encoder has stopped working</source>
+        <translation>Der Encoder arbeitet nicht mehr</translation>
+    </message>
+    <message>
+        <source>Unknown Error</source>
+        <translation>Unbekannter Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::PlayedStations</name>
+    <message>
+        <source>The list of played stations cannot be read (%1: %2). It stays as it is, and stations played now are not added to it.</source>
+        <translation>Die Liste der gespielten Sender kann nicht gelesen werden (%1: %2). Sie bleibt, wie sie ist, und jetzt gespielte Sender kommen nicht hinzu.</translation>
+    </message>
+    <message>
+        <source>The list of played stations is damaged (%1) and cannot be moved away: %2</source>
+        <translation>Die Liste der gespielten Sender ist beschädigt (%1) und lässt sich nicht beiseitelegen: %2</translation>
+    </message>
+    <message>
+        <source>The list of played stations is damaged (%1). It was kept as %2, and a new list was begun.</source>
+        <translation>Die Liste der gespielten Sender ist beschädigt (%1). Sie wurde als %2 aufbewahrt, und eine neue Liste wurde begonnen.</translation>
+    </message>
+    <message>
+        <source>The list of played stations could not be saved: %1</source>
+        <translation>Die Liste der gespielten Sender konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::Stream</name>
+    <message>
+        <source>first</source>
+        <translation>erster</translation>
+    </message>
+    <message>
+        <source>second</source>
+        <translation>zweiter</translation>
+    </message>
+    <message>
+        <source>third</source>
+        <translation>dritter</translation>
+    </message>
+    <message>
+        <source>fourth</source>
+        <translation>vierter</translation>
+    </message>
+    <message>
+        <source>fifth</source>
+        <translation>fünfter</translation>
+    </message>
+    <message>
+        <source>sixth</source>
+        <translation>sechster</translation>
+    </message>
+    <message>
+        <source>seventh</source>
+        <translation>siebter</translation>
+    </message>
+    <message>
+        <source>eighth</source>
+        <translation>achter</translation>
+    </message>
+    <message>
+        <source>ninth</source>
+        <translation>neunter</translation>
+    </message>
+    <message>
+        <source>tenth</source>
+        <translation>zehnter</translation>
+    </message>
+    <message>
+        <source>Connection canceled</source>
+        <translation>Verbindung abgebrochen</translation>
+    </message>
+    <message>
+        <source>Connection succeeded</source>
+        <translation>Verbindung hergestellt</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Verbindungsaufbau:</translation>
+    </message>
+    <message>
+        <source>try</source>
+        <translation>Versuch</translation>
+    </message>
+    <message>
+        <source>Trying</source>
+        <translation>Versuch mit</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::StreamRecorder</name>
+    <message>
+        <source>The disk is too slow for the stream.</source>
+        <translation>Der Datenträger ist zu langsam für den Stream.</translation>
+    </message>
+</context>
+<context>
+    <name>CommandLineController</name>
+    <message>
+        <source>Schedule is already running now</source>
+        <translation>Der Zeitplan läuft bereits</translation>
+    </message>
+    <message>
+        <source>The station with the id %1 is not known here. Start it by its address, with /url=.</source>
+        <translation>Der Sender mit der Kennung %1 ist hier nicht bekannt. Starten Sie ihn über seine Adresse, mit /url=.</translation>
+    </message>
+    <message>
+        <source>Recording from a sound device is not possible with this version.</source>
+        <translation>Von einem Tongerät kann diese Version nicht aufnehmen.</translation>
+    </message>
+</context>
+<context>
+    <name>Commands</name>
+    <message>
+        <source>&amp;Keyboard shortcuts</source>
+        <translation>&amp;Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;About Wavelark</source>
+        <translation>Ü&amp;ber Wavelark</translation>
+    </message>
+    <message>
+        <source>&amp;Open address…</source>
+        <translation>Adresse ö&amp;ffnen…</translation>
+    </message>
+    <message>
+        <source>&amp;Play</source>
+        <translation>&amp;Abspielen</translation>
+    </message>
+    <message>
+        <source>Play &amp;last station</source>
+        <translation>&amp;Letzten Sender abspielen</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Record</source>
+        <translation>&amp;Aufnehmen</translation>
+    </message>
+    <message>
+        <source>Record with splitting</source>
+        <translation>Nach Titeln getrennt aufnehmen</translation>
+    </message>
+    <message>
+        <source>Record without splitting</source>
+        <translation>Ohne Trennung aufnehmen</translation>
+    </message>
+    <message>
+        <source>Start recording single song</source>
+        <translation>Einzelnen Titel aufnehmen</translation>
+    </message>
+    <message>
+        <source>&amp;Stop recording</source>
+        <translation>Aufnahme &amp;beenden</translation>
+    </message>
+    <message>
+        <source>Open recording folder</source>
+        <translation>Aufnahmeordner öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Mute</source>
+        <translation>&amp;Stummschalten</translation>
+    </message>
+    <message>
+        <source>&amp;Louder</source>
+        <translation>&amp;Lauter</translation>
+    </message>
+    <message>
+        <source>&amp;Quieter</source>
+        <translation>L&amp;eiser</translation>
+    </message>
+    <message>
+        <source>&amp;Filter the list</source>
+        <translation>Liste &amp;filtern</translation>
+    </message>
+    <message>
+        <source>&amp;Close the message</source>
+        <translation>&amp;Meldung schließen</translation>
+    </message>
+    <message>
+        <source>As the &amp;system</source>
+        <translation>Wie das &amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Anhalten</translation>
+    </message>
+    <message>
+        <source>Un&amp;mute</source>
+        <translation>&amp;Stummschaltung aufheben</translation>
+    </message>
+</context>
+<context>
+    <name>ConsoleReporter</name>
+    <message>
+        <source>Recorded: %1</source>
+        <translation>Aufgenommen: %1</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+</context>
+<context>
+    <name>FolderOpener</name>
+    <message>
+        <source>The folder %1 does not exist and cannot be made. Choose another recording folder, or give yourself the right to write there.</source>
+        <translation>Der Ordner %1 ist nicht vorhanden und kann nicht angelegt werden. Wählen Sie einen anderen Aufnahmeordner, oder geben Sie sich dort Schreibrecht.</translation>
+    </message>
+    <message>
+        <source>No program of this computer shows folders. The folder is %1.</source>
+        <translation>Kein Programm auf diesem Rechner zeigt Ordner an. Der Ordner ist %1.</translation>
+    </message>
+    <message>
+        <source>The file %1 is not there any more.</source>
+        <translation>Die Datei %1 ist nicht mehr vorhanden.</translation>
+    </message>
+    <message>
+        <source>No program of this computer opens %1.</source>
+        <translation>Kein Programm auf diesem Rechner öffnet %1.</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryPage</name>
+    <message>
+        <source>Stations played</source>
+        <translation>Gespielte Sender</translation>
+    </message>
+    <message>
+        <source>Filter the stations</source>
+        <translation>Sender filtern</translation>
+    </message>
+    <message>
+        <source>Stations that you play appear here.
+
+Paste the address of a station above and press Enter.</source>
+        <translation>Hier erscheinen die Sender, die Sie spielen.
+
+Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste.</translation>
+    </message>
+    <message>
+        <source>No station has all these words.</source>
+        <translation>Kein Sender enthält alle diese Wörter.</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Copy the address</source>
+        <translation>Adresse kopieren</translation>
+    </message>
+    <message>
+        <source>Remove from the list</source>
+        <translation>Aus der Liste entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageManager</name>
+    <message>
+        <source>English</source>
+        <extracomment>The name of the language that the file translates to, in that language.</extracomment>
+        <translation>Deutsch</translation>
+    </message>
+</context>
+<context>
+    <name>LogModel</name>
+    <message>
+        <source>%1 Error: %2</source>
+        <translation>%1 Fehler: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LogPage</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Filter the log</source>
+        <translation>Protokoll filtern</translation>
+    </message>
+    <message>
+        <source>Nothing has happened yet.</source>
+        <translation>Bisher ist nichts geschehen.</translation>
+    </message>
+    <message>
+        <source>No line of the log has all these words.</source>
+        <translation>Keine Zeile des Protokolls enthält alle diese Wörter.</translation>
+    </message>
+    <message>
+        <source>Copy the selected lines</source>
+        <translation>Ausgewählte Zeilen kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the whole log</source>
+        <translation>Ganzes Protokoll kopieren</translation>
+    </message>
+    <message>
+        <source>Clear the log</source>
+        <translation>Protokoll leeren</translation>
+    </message>
+</context>
+<context>
+    <name>MainMenu</name>
+    <message>
+        <source>&amp;Station</source>
+        <translation>&amp;Sender</translation>
+    </message>
+    <message>
+        <source>&amp;Recording</source>
+        <translation>&amp;Aufnahme</translation>
+    </message>
+    <message>
+        <source>S&amp;ound</source>
+        <translation>&amp;Ton</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>A&amp;nsicht</translation>
+    </message>
+    <message>
+        <source>&amp;Theme</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>MessageBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Close the message</source>
+        <translation>Meldung schließen</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+</context>
+<context>
+    <name>NavigationList</name>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+</context>
+<context>
+    <name>PlayController</name>
+    <message>
+        <source>%1 is being recorded. Playing another station ends the recording; what has been recorded is kept.</source>
+        <translation>%1 wird aufgenommen. Ein anderer Sender beendet die Aufnahme; was aufgenommen wurde, bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>Stop recording and play</source>
+        <translation>Aufnahme beenden und abspielen</translation>
+    </message>
+    <message>
+        <source>No station has been played yet. Type or paste the address of one above, and press Enter.</source>
+        <translation>Es wurde noch kein Sender gespielt. Geben Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+</context>
+<context>
+    <name>PlayedStationsModel</name>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>PlayerBar</name>
+    <message>
+        <source>The Down key shows the ways to record</source>
+        <translation>Die Pfeiltaste nach unten zeigt die Arten der Aufnahme</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Nothing is playing</source>
+        <translation>Es wird nichts abgespielt</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>%1 (Space)</source>
+        <translation>%1 (Leertaste)</translation>
+    </message>
+    <message>
+        <source>Stop recording</source>
+        <translation>Aufnahme beenden</translation>
+    </message>
+    <message>
+        <source>Record with splitting</source>
+        <translation>Nach Titeln getrennt aufnehmen</translation>
+    </message>
+    <message>
+        <source>%1 (Ctrl+R)</source>
+        <translation>%1 (Strg+R)</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Unmute</source>
+        <translation>Stummschaltung aufheben</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Stummschalten</translation>
+    </message>
+    <message>
+        <source>%1 (Ctrl+M)</source>
+        <translation>%1 (Strg+M)</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Stummgeschaltet</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramData</name>
+    <message>
+        <source>%1 is not deleted: it is not a data folder of this program.</source>
+        <translation>%1 wird nicht gelöscht: Es ist kein Datenordner dieses Programms.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be deleted.</source>
+        <translation>%1 kann nicht gelöscht werden.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordController</name>
+    <message>
+        <source>What was recorded before is kept. Check that the recording folder %1 can be written and has room, then try again.</source>
+        <translation>Was bis dahin aufgenommen wurde, bleibt erhalten. Prüfen Sie, ob in den Aufnahmeordner %1 geschrieben werden kann und ob er Platz hat, und versuchen Sie es dann erneut.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingStrip</name>
+    <message>
+        <source>Recording starts with the first data…</source>
+        <translation>Die Aufnahme beginnt mit den ersten Daten…</translation>
+    </message>
+    <message>
+        <source>Recording: %1</source>
+        <translation>Aufnahme: %1</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingsPage</name>
+    <message>
+        <source>Recordings</source>
+        <translation>Aufnahmen</translation>
+    </message>
+    <message>
+        <source>Filter the recordings</source>
+        <translation>Aufnahmen filtern</translation>
+    </message>
+    <message>
+        <source>Your recordings appear here.
+
+Play a station, then press the red button or Ctrl+R.</source>
+        <translation>Hier erscheinen Ihre Aufnahmen.
+
+Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</translation>
+    </message>
+    <message>
+        <source>No recording has all these words.</source>
+        <translation>Keine Aufnahme enthält alle diese Wörter.</translation>
+    </message>
+    <message>
+        <source>Open the folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Open the file</source>
+        <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Copy the file&apos;s path</source>
+        <translation>Pfad der Datei kopieren</translation>
+    </message>
+    <message>
+        <source>Read the folder again</source>
+        <translation>Ordner neu einlesen</translation>
+    </message>
+</context>
+<context>
+    <name>Settings</name>
+    <message>
+        <source>Cannot use the folder %1</source>
+        <translation>Der Ordner %1 kann nicht verwendet werden</translation>
+    </message>
+    <message>
+        <source>Cannot create the folder %1</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Cannot write to the folder %1</source>
+        <translation>In den Ordner %1 kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>The settings file %1 was damaged. It was kept as %2, and what could be read of it is still in force.</source>
+        <translation>Die Einstellungsdatei %1 war beschädigt. Sie wurde als %2 aufbewahrt; was davon lesbar war, gilt weiterhin.</translation>
+    </message>
+    <message>
+        <source>Settings cannot be saved in %1 (%2). Changes are kept until the program ends.</source>
+        <translation>Einstellungen können nicht in %1 gespeichert werden (%2). Änderungen gelten bis zum Ende des Programms.</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutsDialog</name>
+    <message>
+        <source>Keyboard shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Play or stop, outside of text fields</source>
+        <translation>Abspielen oder anhalten, außerhalb von Textfeldern</translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Open the current row of a list</source>
+        <translation>Aktuelle Zeile einer Liste öffnen</translation>
+    </message>
+    <message>
+        <source>Remove the current row from the played stations</source>
+        <translation>Aktuelle Zeile aus den gespielten Sendern entfernen</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Pfeil nach unten</translation>
+    </message>
+    <message>
+        <source>On the record button: show the ways to record</source>
+        <translation>Auf dem Aufnahmeknopf: die Arten der Aufnahme zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>Startup</name>
+    <message>
+        <source>Nothing was removed: the question before it needs a display.</source>
+        <translation>Es wurde nichts entfernt: Für die Frage davor ist eine Anzeige nötig.</translation>
+    </message>
+    <message>
+        <source>Do you want to remove your settings and data?</source>
+        <translation>Möchten Sie Ihre Einstellungen und Daten entfernen?</translation>
+    </message>
+    <message>
+        <source>Not everything was removed: %1</source>
+        <translation>Nicht alles wurde entfernt: %1</translation>
+    </message>
+    <message>
+        <source>Computer shutdown will start imminently. Do you wish to continue?</source>
+        <translation>Der Computer wird gleich heruntergefahren. Möchten Sie fortfahren?</translation>
+    </message>
+    <message>
+        <source>The system did not do what was planned for the end: %1.</source>
+        <translation>Das System hat nicht getan, was für das Ende vorgesehen war: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>StateText</name>
+    <message>
+        <source>Stopped</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Connecting…</source>
+        <translation>Verbindung wird aufgebaut…</translation>
+    </message>
+    <message>
+        <source>Playing</source>
+        <translation>Wiedergabe</translation>
+    </message>
+    <message>
+        <source>Waiting for data…</source>
+        <translation>Warten auf Daten…</translation>
+    </message>
+    <message>
+        <source>Connection lost. Reconnecting…</source>
+        <translation>Verbindung abgerissen. Sie wird neu aufgebaut…</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Mono</source>
+        <translation>Mono</translation>
+    </message>
+    <message>
+        <source>Stereo</source>
+        <translation>Stereo</translation>
+    </message>
+    <message>
+        <source>%1 kHz</source>
+        <translation>%1 kHz</translation>
+    </message>
+    <message>
+        <source>1 track</source>
+        <translation>1 Titel</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n tracks</source>
+        <translation>
+            <numerusform>%n Titel</numerusform>
+            <numerusform>%n Titel</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
