@@ -69,6 +69,10 @@
         <source>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Listen to internet radio and record it, one file per track.&lt;/p&gt;</source>
         <translation>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Internetradio hören und aufnehmen, jeden Titel in einer eigenen Datei.&lt;/p&gt;</translation>
     </message>
+    <message>
+        <source>The language changes when Wavelark starts the next time.</source>
+        <translation>Die Sprache wechselt beim nächsten Start von Wavelark.</translation>
+    </message>
 </context>
 <context>
     <name>AppStream</name>
@@ -398,6 +402,26 @@
         <source>Trying</source>
         <translation>Versuch mit</translation>
     </message>
+    <message>
+        <source>Connecting with proxy</source>
+        <translation>Verbindungsaufbau über Proxy:</translation>
+    </message>
+    <message>
+        <source>Checking online database</source>
+        <translation>Die Online-Datenbank wird befragt</translation>
+    </message>
+    <message>
+        <source>Failed to get station url</source>
+        <translation>Die Adresse des Senders wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>No difference in the database</source>
+        <translation>In der Datenbank ist nichts anders</translation>
+    </message>
+    <message>
+        <source>Checking playlist file</source>
+        <translation>Die Wiedergabeliste wird geprüft</translation>
+    </message>
 </context>
 <context>
     <name>BASS::StreamRecorder</name>
@@ -510,6 +534,14 @@
     <message>
         <source>Un&amp;mute</source>
         <translation>&amp;Stummschaltung aufheben</translation>
+    </message>
+    <message>
+        <source>&amp;Hide the window</source>
+        <translation>Fenster &amp;verbergen</translation>
+    </message>
+    <message>
+        <source>&amp;Settings…</source>
+        <translation>&amp;Einstellungen…</translation>
     </message>
 </context>
 <context>
@@ -649,6 +681,14 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Sprache</translation>
+    </message>
+    <message>
+        <source>T&amp;ools</source>
+        <translation>&amp;Extras</translation>
+    </message>
 </context>
 <context>
     <name>MessageBar</name>
@@ -770,6 +810,17 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>%1 cannot be deleted.</source>
         <translation>%1 kann nicht gelöscht werden.</translation>
+    </message>
+</context>
+<context>
+    <name>QT_EXT::QHttpExt</name>
+    <message>
+        <source>Canceled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Too many redirects</source>
+        <translation>Zu viele Weiterleitungen</translation>
     </message>
 </context>
 <context>
@@ -974,6 +1025,17 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
             <numerusform>%n Titel</numerusform>
             <numerusform>%n Titel</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>TrayIcon</name>
+    <message>
+        <source>&amp;Hide the window</source>
+        <translation>Fenster &amp;verbergen</translation>
+    </message>
+    <message>
+        <source>&amp;Show the window</source>
+        <translation>Fenster &amp;zeigen</translation>
     </message>
 </context>
 </TS>

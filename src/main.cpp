@@ -26,6 +26,7 @@
 #include "ui/theme/wavelark_style.h"
 
 #include <QDesktopServices>
+#include <QSystemTrayIcon>
 
 #include <cstdio>
 #include <memory>
@@ -106,6 +107,7 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
                             &performPowerAction,
                             arguments,
                             languages.languages(),
+                            [] { return hasDisplay() && QSystemTrayIcon::isSystemTrayAvailable(); },
                             hasDisplay()});
 
     const std::unique_ptr<ConsoleReporter> console = reportOnConsole(player, window);
@@ -129,7 +131,7 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
     window.showNotes(settings.takeMessages() +
                      (loaded ? QStringList() : QStringList(loaded.error())));
     if (hasDisplay() && isWindowShownAtStart(arguments)) {
-        window.show();
+        window.showAtStart();
     }
     return QApplication::exec();
 }

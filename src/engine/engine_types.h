@@ -41,6 +41,7 @@ struct EngineSettings {
     std::chrono::milliseconds fadeIn{2000};
     std::chrono::milliseconds fadeOut{2000};
     bool isMuteOnPlay = false;
+    int recordingBufferMegabytes = 0; ///< 0: nothing is kept before a recording starts
 };
 
 Q_DECLARE_METATYPE(PlayState)

@@ -18,12 +18,14 @@
 #include "ui/state_text.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/wavelark_style.h"
+#include "ui/tray_icon.h"
 #include "ui/ui_settings.h"
 #include "ui/widgets/address_bar.h"
 #include "ui/widgets/message_bar.h"
 #include "ui/widgets/navigation_list.h"
 #include "ui/widgets/player_bar.h"
 #include "ui/widgets/shortcuts_dialog.h"
+#include "ui/window_presenter.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -68,6 +70,9 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
         {services.player, services.played, services.settings, *m_play, *m_opener, m_log});
     m_commands = new Commands(
         {services.player, *m_play, *m_record, *m_volume}, m_registry, services.languages, this);
+    m_presenter =
+        new WindowPresenter({*this, *m_commands, services.hasTray, services.hasDisplay}, this);
+    m_presenter->setTrayOptions(services.settings.trayOptions());
     layOut();
     wirePlayer();
     wireCommands();
@@ -146,7 +151,7 @@ void AllSkylarkRadio::wireCommands() {
     connect(commands.openRecordingFolder, &QAction::triggered, this, [this] {
         m_opener->openFolder(m_record->folderToShow());
     });
-    connect(commands.quit, &QAction::triggered, this, &QWidget::close);
+    connect(commands.quit, &QAction::triggered, this, &AllSkylarkRadio::askAndQuit);
     connect(commands.closeMessage, &QAction::triggered, m_messages, &MessageBar::clear);
     connect(commands.filter, &QAction::triggered, this, [this] {
         static_cast<Page*>(m_stack->currentWidget())->focusFilter();
@@ -194,11 +199,19 @@ void AllSkylarkRadio::chooseLanguage(const QString& file) {
 void AllSkylarkRadio::wireCommandLine() {
     using Controller = CommandLineController;
     connect(m_commandLine, &Controller::sig_message, this, &AllSkylarkRadio::showMessage);
-    connect(m_commandLine, &Controller::sig_showWindow, this, &AllSkylarkRadio::showAs);
+    connect(m_commandLine, &Controller::sig_showWindow, m_presenter, &WindowPresenter::showAs);
     connect(m_commandLine,
             &Controller::sig_bringToFrontRequested,
             this,
             &AllSkylarkRadio::slot_bringToFont);
+    connect(m_commandLine,
+            &Controller::sig_taskBarUpdateRequested,
+            this,
+            &AllSkylarkRadio::slot_updateTaskBarWinButtons);
+    connect(m_commandLine,
+            &Controller::sig_connectLastStationRequested,
+            this,
+            &AllSkylarkRadio::slot_connectLastStation);
     connect(m_quit, &QuitController::sig_finished, this, &AllSkylarkRadio::sig_quitRequested);
     connect(m_endAction, &EndActionTimer::sig_due, this, &AllSkylarkRadio::carryOutEnd);
 }
@@ -247,23 +260,15 @@ void AllSkylarkRadio::slot_connectLastStation() {
 }
 
 void AllSkylarkRadio::slot_bringToFont() {
-    if (!m_services.hasDisplay) {
-        return;
-    }
-    if (isMinimized()) {
-        showNormal();
-    }
-    show();
-    raise();
-    activateWindow();
+    m_presenter->bringToFront();
 }
 
-void AllSkylarkRadio::showAs(ShowMode mode) {
-    if (mode == ShowMode::Normal) {
-        slot_bringToFont();
-    } else if (m_services.hasDisplay) {
-        showMinimized(); // without a tray icon a hidden window could not be found again
-    }
+void AllSkylarkRadio::slot_updateTaskBarWinButtons() {
+    showHeard();
+}
+
+void AllSkylarkRadio::showAtStart() {
+    m_presenter->showAtStart();
 }
 
 void AllSkylarkRadio::carryOutEnd(EndAction action) {
@@ -281,6 +286,9 @@ void AllSkylarkRadio::carryOutEnd(EndAction action) {
 void AllSkylarkRadio::showMessage(const Message& message) {
     m_log.append(m_services.clock.now().time(), message.text, message.kind == Message::Kind::Error);
     m_messages->showMessage(message);
+    if (isHidden()) {
+        m_presenter->tray().popUp(message.text);
+    }
     emit sig_messageShown(message);
 }
 
@@ -306,6 +314,7 @@ void AllSkylarkRadio::showHeard() {
     }
     const QString song = isActive(state) ? player.song().track : QString();
     m_bar->showHeard({station.displayName(), song, state, info});
+    m_presenter->tray().showHeard(isActive(state) ? station.displayName() : QString(), song);
     const bool wasRunning = m_second.isActive();
     if (isActive(state) && !wasRunning) {
         m_second.start();
@@ -335,6 +344,9 @@ void AllSkylarkRadio::showRecording() {
 }
 
 bool AllSkylarkRadio::askWhileRecording() {
+    if (isHidden()) {
+        slot_bringToFont();
+    }
     QMessageBox box(QMessageBox::Question,
                     QStringLiteral("Wavelark"),
                     tr("A recording is running. Stop it and quit?"),
@@ -352,7 +364,19 @@ void AllSkylarkRadio::finishAndQuit() {
     m_quit->finish();
 }
 
+void AllSkylarkRadio::askAndQuit() {
+    if (!m_quit->mustAsk() || askWhileRecording()) {
+        hide();
+        finishAndQuit();
+    }
+}
+
 void AllSkylarkRadio::closeEvent(QCloseEvent* event) {
+    if (m_presenter->isHiddenOnClose()) {
+        event->ignore();
+        hide();
+        return;
+    }
     if (m_quit->mustAsk() && !askWhileRecording()) {
         event->ignore();
         return;

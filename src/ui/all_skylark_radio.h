@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/command_line.h"
+#include "app/language_manager.h"
 #include "ui/folder_opener.h"
 #include "ui/models/log_model.h"
 #include "ui/pages/page_registry.h"
@@ -26,6 +27,7 @@ class QuitController;
 class RecordController;
 class UiSettings;
 class VolumeController;
+class WindowPresenter;
 
 namespace BASS {
 class PlayedStations;
@@ -41,9 +43,10 @@ struct WindowServices {
     FolderOpener::OpenUrl openUrl;
     /// Puts the computer to sleep, hibernates or shuts it down. Empty: done; else why it was not.
     std::function<QString(EndAction)> power;
-    QStringList arguments;       ///< of the process, the program path first
-    QVector<Language> languages; ///< that can be chosen
-    bool hasDisplay = true;      ///< false: the window is never shown, which saves its painting
+    QStringList arguments;         ///< of the process, the program path first
+    QVector<Language> languages{}; ///< that can be chosen
+    std::function<bool()> hasTray = [] { return false; }; ///< a tray to hide in is there now
+    bool hasDisplay = true; ///< false: the window is never shown, which saves its painting
 };
 
 /// The main window. It puts views and controllers together and holds no logic of its own.
@@ -66,6 +69,9 @@ class AllSkylarkRadio : public QMainWindow {
     /// Carries out a command line, the program path first. True where it was acted on.
     bool processArgs(const QStringList& arguments, bool isFromOtherInstance);
 
+    /// Shows it the first time: to be seen, or in the tray where the settings say so.
+    void showAtStart();
+
     void showMessage(const Message& message);
     /// Sentences from before the window was there; one message for all of them.
     void showNotes(const QStringList& notes);
@@ -77,6 +83,8 @@ class AllSkylarkRadio : public QMainWindow {
     void slot_Init();
     void slot_connectLastStation();
     void slot_bringToFont();
+    /// Brings what taskbar and tray show up to date.
+    void slot_updateTaskBarWinButtons();
     /// A command line from another instance.
     void slot_receivedMessage(quint32 instanceId, const QByteArray& message);
 
@@ -104,7 +112,7 @@ class AllSkylarkRadio : public QMainWindow {
     [[nodiscard]] bool askWhileRecording();
     void showAbout();
     void chooseLanguage(const QString& file);
-    void showAs(ShowMode mode);
+    void askAndQuit();
     void carryOutEnd(EndAction action);
 
     WindowServices m_services;
@@ -118,6 +126,7 @@ class AllSkylarkRadio : public QMainWindow {
     LogModel m_log;
     PageRegistry m_registry;
     Commands* m_commands = nullptr;
+    WindowPresenter* m_presenter = nullptr;
     AddressBar* m_address = nullptr;
     NavigationList* m_navigation = nullptr;
     QStackedWidget* m_stack = nullptr;

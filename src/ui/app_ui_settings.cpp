@@ -14,6 +14,7 @@
 namespace {
 
 constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr int kBufferMegabytes = 16; ///< a quarter of an hour at 128 kbit/s
 
 BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     if (mode != BASS::RecordMode::FromSettings) {
@@ -66,6 +67,19 @@ QString AppUiSettings::languageFile() const {
 void AppUiSettings::setLanguageFile(const QString& file) {
     m_settings.LanguageFile.set(file);
     m_settings.LanguageSet.set(true); // from now on "/lang=" changes nothing
+}
+
+TrayOptions AppUiSettings::trayOptions() const {
+    TrayOptions options;
+    options.isShown = m_settings.ShowTrayIcon();
+    options.isPersistent = m_settings.PersistentTrayIcon();
+    options.isHiddenOnClose = m_settings.TrayOnClose();
+    options.isHiddenOnMinimize = m_settings.TrayOnMinimize();
+    options.isHiddenAtStart = m_settings.MinimizeToTrayOnStartUp();
+    options.isMutedByClick = m_settings.TrayClickMuteVolume();
+    options.hasPopups = !m_settings.DisablePopups();
+    options.isToolTipUpdated = m_settings.UpdateTrayToolTip();
+    return options;
 }
 
 bool AppUiSettings::askOnExitIfRecording() const {
@@ -129,6 +143,9 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
+    if (!m_settings.DoNotUseRecBuffer())
+        engine.recordingBufferMegabytes =
+            m_settings.RecBufferSize() > 0 ? m_settings.RecBufferSize() : kBufferMegabytes;
     return engine;
 }
 

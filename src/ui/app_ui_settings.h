@@ -24,6 +24,7 @@ class AppUiSettings final : public UiSettings {
     void setLastPage(int index) override;
     [[nodiscard]] QString languageFile() const override;
     void setLanguageFile(const QString& file) override;
+    [[nodiscard]] TrayOptions trayOptions() const override;
     [[nodiscard]] bool askOnExitIfRecording() const override;
     [[nodiscard]] bool autoPlayOnStart() const override;
     [[nodiscard]] bool advancedScheduling() const override;

@@ -26,6 +26,8 @@ Commands::Commands(const Controllers& controllers,
     makeView(registry);
     makeThemes();
     makeLanguages(foundLanguages);
+    toggleWindow = make(tr("&Hide the window"), {}, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_H));
+    settings = make(tr("&Settings…"), {}, QKeySequence(Qt::CTRL + Qt::Key_Comma));
     shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
     about = make(tr("&About Wavelark"), {}, {});
     connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);

@@ -49,6 +49,8 @@ class Commands final : public QObject {
     QAction* volumeDown;
     QAction* filter;
     QAction* closeMessage;
+    QAction* toggleWindow; ///< hides the window in the tray, or shows it
+    QAction* settings;
     QAction* shortcuts;
     QAction* about;
     QVector<QAction*> pages;     ///< checkable, one per page

@@ -6,21 +6,23 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include <functional>
+
 namespace {
 
 struct MainMenu {
     Q_DECLARE_TR_FUNCTIONS(MainMenu)
 };
 
-} // namespace
+using AddMenu = std::function<QMenu*(const QString&)>;
 
-void fillMenuBar(QMenuBar& bar, const Commands& commands) {
-    QMenu* station = bar.addMenu(MainMenu::tr("&Station"));
+void fillMenus(const AddMenu& add, const Commands& commands) {
+    QMenu* station = add(MainMenu::tr("&Station"));
     station->addActions({commands.openAddress, commands.playStop, commands.playLast});
     station->addSeparator();
     station->addAction(commands.quit);
 
-    QMenu* recording = bar.addMenu(MainMenu::tr("&Recording"));
+    QMenu* recording = add(MainMenu::tr("&Recording"));
     recording->addAction(commands.recordToggle);
     recording->addSeparator();
     recording->addActions(
@@ -28,19 +30,37 @@ void fillMenuBar(QMenuBar& bar, const Commands& commands) {
     recording->addSeparator();
     recording->addActions({commands.recordStop, commands.openRecordingFolder});
 
-    QMenu* sound = bar.addMenu(MainMenu::tr("S&ound"));
+    QMenu* sound = add(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});
 
-    QMenu* view = bar.addMenu(MainMenu::tr("&View"));
+    QMenu* view = add(MainMenu::tr("&View"));
     view->addActions(commands.pages.toList());
     view->addSeparator();
-    view->addActions({commands.filter, commands.closeMessage});
+    view->addActions({commands.filter, commands.closeMessage, commands.toggleWindow});
     view->addSeparator();
     view->addMenu(MainMenu::tr("&Theme"))->addActions(commands.themes.toList());
     QMenu* language = view->addMenu(MainMenu::tr("&Language"));
     language->addActions(commands.languages.toList());
     language->setEnabled(!language->isEmpty());
 
-    QMenu* help = bar.addMenu(MainMenu::tr("&Help"));
+    QMenu* tools = add(MainMenu::tr("T&ools"));
+    tools->addAction(commands.settings);
+
+    QMenu* help = add(MainMenu::tr("&Help"));
     help->addActions({commands.shortcuts, commands.about});
+}
+
+} // namespace
+
+void fillMenuBar(QMenuBar& bar, const Commands& commands) {
+    fillMenus([&bar](const QString& title) { return bar.addMenu(title); }, commands);
+}
+
+void fillTrayMenu(QMenu& menu, const Commands& commands) {
+    menu.addActions(
+        {commands.toggleWindow, commands.playStop, commands.recordToggle, commands.mute});
+    menu.addSeparator();
+    fillMenus([&menu](const QString& title) { return menu.addMenu(title); }, commands);
+    menu.addSeparator();
+    menu.addAction(commands.quit);
 }

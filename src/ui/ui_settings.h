@@ -3,6 +3,7 @@
 #include "recording/recording_types.h"
 #include "stations/station.h"
 #include "ui/theme/theme.h"
+#include "ui/tray_options.h"
 
 #include <QByteArray>
 #include <QString>
@@ -32,6 +33,8 @@ class UiSettings {
     /// The language's file, "German.lng"; a new one is in force from the next start on.
     [[nodiscard]] virtual QString languageFile() const = 0;
     virtual void setLanguageFile(const QString& file) = 0;
+
+    [[nodiscard]] virtual TrayOptions trayOptions() const = 0;
 
     [[nodiscard]] virtual bool askOnExitIfRecording() const = 0;
     [[nodiscard]] virtual bool autoPlayOnStart() const = 0;

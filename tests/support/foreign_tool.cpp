@@ -71,8 +71,7 @@ void copy(const QString& path, std::FILE* to) {
 
 bool startShell(const QString& script) {
     // The loader of this system takes the shell for what it is: no Windows program.
-    std::wstring command =
-        (QStringLiteral("Z:\\bin\\sh ") + hostPath(script)).toStdWString();
+    std::wstring command = (QStringLiteral("Z:\\bin\\sh ") + hostPath(script)).toStdWString();
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};

@@ -43,6 +43,7 @@ class MemorySettings final : public UiSettings {
     bool isAutoPlaying = false;
     bool isAdvanced = false;
     QString folder;
+    TrayOptions tray;
     QString language = QStringLiteral("English.lng");
 
     [[nodiscard]] int volume() const override { return storedVolume; }
@@ -55,6 +56,7 @@ class MemorySettings final : public UiSettings {
     void setLastPage(int index) override { page = index; }
     [[nodiscard]] QString languageFile() const override { return language; }
     void setLanguageFile(const QString& file) override { language = file; }
+    [[nodiscard]] TrayOptions trayOptions() const override { return tray; }
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }
     [[nodiscard]] bool advancedScheduling() const override { return isAdvanced; }
@@ -86,8 +88,10 @@ class WindowTest : public ::testing::Test {
             powerActions.append(static_cast<int>(action));
             return powerAnswer;
         };
-        window = std::make_unique<AllSkylarkRadio>(
-            WindowServices{player, played, settings, clock, openUrl, power, arguments, languages});
+        window = std::make_unique<AllSkylarkRadio>(WindowServices{
+            player, played, settings, clock, openUrl, power, arguments, languages, [this] {
+                return hasTray;
+            }});
         window->show();
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -125,5 +129,6 @@ class WindowTest : public ::testing::Test {
     QList<int> powerActions;
     QString powerAnswer;
     QVector<Language> languages;
+    bool hasTray = false;
     std::unique_ptr<AllSkylarkRadio> window;
 };

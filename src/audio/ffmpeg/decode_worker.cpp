@@ -135,6 +135,7 @@ ByteSource DecodeWorker::source() {
     const std::uint64_t size = m_input.seekableSize();
     if (size > 0) {
         const std::uint64_t start = m_input.taken(); // behind a tag
+        m_sourceStart = start;
         result.size = static_cast<std::int64_t>(size - start);
         result.seek = [this, start](std::int64_t offset) -> std::int64_t {
             if (offset < 0 || !m_input.seek(start + static_cast<std::uint64_t>(offset)))
@@ -249,6 +250,8 @@ void DecodeWorker::deliverTitles(std::uint64_t position) {
 }
 
 std::uint64_t DecodeWorker::streamPosition(std::uint64_t fed) {
+    if (m_input.seekableSize() > 0)
+        return m_sourceStart + fed; // whatever has been jumped over
     while (m_segments.size() > 1 && m_segments[1].fed <= fed)
         m_segments.erase(m_segments.begin());
     if (m_segments.empty())

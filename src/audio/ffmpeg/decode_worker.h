@@ -87,6 +87,7 @@ class DecodeWorker {
     StreamFormat m_format = StreamFormat::None;
     std::vector<Segment> m_segments;
     std::uint64_t m_fed = 0;         ///< bytes that the current decoder has read
+    std::uint64_t m_sourceStart = 0; ///< of a file: where its first frame may stand
     std::uint64_t m_fedLastGood = 0; ///< the same when it last gave audio
     bool m_mustReopen = false; ///< its end is a link's end, a gap or rubbish, not the stream's
     bool m_isReady = false;

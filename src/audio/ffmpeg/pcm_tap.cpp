@@ -51,9 +51,10 @@ void PcmTap::findPlaces(Line& line) const {
     }
 }
 
-/// Hands frames on, each to the encoder whose turn it is.
+/// Hands frames on, each to the encoder whose turn it is. What lies before a cut that has been
+/// decoded need not be held back any more.
 void PcmTap::serve(Line& line, std::uint64_t upTo) const {
-    while (line.stages.size() > 1 && line.stages[1].begin && *line.stages[1].begin <= upTo) {
+    while (line.stages.size() > 1 && line.stages[1].begin && *line.stages[1].begin <= m_fed) {
         give(line, *line.stages[1].begin);
         line.stages.front().encoder->finish(true);
         line.stages.pop_front();

@@ -38,9 +38,11 @@ CommandLineController::CommandLineController(const Parts& parts, Later later, QO
 bool CommandLineController::carryOut(const CommandRecord& command) {
     if (command.isEmpty()) {
         emit sig_bringToFrontRequested();
+        updateTaskBarLater();
         return false;
     }
     if (isRunningAlready(command)) {
+        qCInfo(lcUi).noquote() << "Schedule is already running" << *command.id;
         emit sig_message(
             {Message::Kind::Information, tr("Schedule is already running now"), {}, {}});
         return true;
@@ -56,7 +58,14 @@ bool CommandLineController::carryOut(const CommandRecord& command) {
     const bool isStarted = startStation(command);
     startLater(command);
     emit sig_showWindow(command.show);
+    if (command.show != ShowMode::Minimized) {
+        updateTaskBarLater();
+    }
     return isStarted;
+}
+
+void CommandLineController::updateTaskBarLater() {
+    m_later(1000ms, [this] { emit sig_taskBarUpdateRequested(); });
 }
 
 bool CommandLineController::isRunningAlready(const CommandRecord& command) const {
@@ -120,7 +129,11 @@ void CommandLineController::startLater(const CommandRecord& command) {
     }
     if (command.isPlayLast && !isActive(m_parts.player.playState()) &&
         !m_parts.settings.autoPlayOnStart()) {
-        m_later(2000ms, [this] { m_parts.play.playLast(); });
+        m_later(2000ms, [this] {
+            if (!isActive(m_parts.player.playState())) { // nothing was started meanwhile
+                emit sig_connectLastStationRequested();
+            }
+        });
     }
     if (command.isRestart) {
         m_later(500ms, [this] { emit sig_bringToFrontRequested(); });

@@ -48,6 +48,8 @@ class CommandLineController final : public QObject {
   signals:
     void sig_showWindow(ShowMode mode);
     void sig_bringToFrontRequested();
+    void sig_taskBarUpdateRequested();
+    void sig_connectLastStationRequested();
     void sig_message(const Message& message);
 
   private:
@@ -55,6 +57,7 @@ class CommandLineController final : public QObject {
     [[nodiscard]] bool findStation(const CommandRecord& command, BASS::StationRecord& station);
     bool startStation(const CommandRecord& command);
     void startLater(const CommandRecord& command);
+    void updateTaskBarLater();
     void refuse(const QString& text);
 
     Parts m_parts;
