@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages in tools/packages.txt.
-# Usage: tools/setup.sh build | test        (test includes build)
+# Usage: tools/setup.sh build | test | windows        (each includes the ones before)
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 want=${1:-build}
@@ -10,7 +10,8 @@ list() { # the packages of one section
 }
 
 packages=$(list build)
-[ "$want" = test ] && packages="$packages $(list test)"
+[ "$want" = build ] || packages="$packages $(list test)"
+[ "$want" != windows ] || packages="$packages $(list windows)"
 
 missing=()
 for package in $packages; do

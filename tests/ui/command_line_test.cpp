@@ -4,6 +4,7 @@
 #include "ui/message.h"
 #include "ui/window_fixture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 
@@ -188,8 +189,8 @@ TEST(Console, OneLineForEveryFinishedFile) {
     QTemporaryDir folder;
     const QByteArray outPath = folder.filePath(QStringLiteral("out")).toLocal8Bit();
     const QByteArray errPath = folder.filePath(QStringLiteral("err")).toLocal8Bit();
-    std::FILE* out = std::fopen(outPath.constData(), "w");
-    std::FILE* err = std::fopen(errPath.constData(), "w");
+    std::FILE* out = std::fopen(outPath.constData(), "wb");
+    std::FILE* err = std::fopen(errPath.constData(), "wb");
     ConsoleReporter console(player, out, err);
     BASS::RecordedFile file;
     file.path = QStringLiteral("/rec/Äpfel \x1b[31m\n.mp3");
@@ -200,7 +201,8 @@ TEST(Console, OneLineForEveryFinishedFile) {
         QFile read(QString::fromLocal8Bit(path));
         return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray();
     };
-    EXPECT_EQ(written(outPath), QByteArray("Recorded: /rec/Äpfel  [31m .mp3\n"));
+    const QString shown = QDir::toNativeSeparators(QStringLiteral("/rec/Äpfel  [31m .mp3\n"));
+    EXPECT_EQ(written(outPath), "Recorded: " + shown.toUtf8());
     EXPECT_EQ(written(errPath), QByteArray("Connected\nError: No\n"));
     std::fclose(out);
     std::fclose(err);
