@@ -179,6 +179,9 @@ int DecodeWorker::feed(std::uint8_t* out, int max) {
 bool DecodeWorker::stepOnce() {
     if (performSeek())
         return true;
+    const bool isUnheard = m_isReady && m_callbacks.isUnheard && m_callbacks.isUnheard();
+    m_decoder->setSkipping(isUnheard);
+    m_voice.setLean(isUnheard);
     switch (m_decoder->step()) {
     case LinkDecoder::Step::Audio:
         m_fedLastGood = m_fed;
@@ -228,9 +231,11 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
         left -= done;
         if (!m_isReady && (left > 0 || m_voice.bufferedFrames() >= prebuffer))
             tellReady(BASS_OK);
-        if (left == 0)
+        if (left == 0 && !m_voice.isFull())
             return true;
         m_voice.waitForSpace();
+        if (left == 0)
+            return true;
         if (m_isStopping.load())
             return false;
         const std::lock_guard lock(m_mutex);

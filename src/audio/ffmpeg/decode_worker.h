@@ -30,6 +30,8 @@ class DecodeWorker {
         std::function<void(TagTimeline::Entry entry)> title;
         std::function<bool(StreamFormat)> accepts;
         std::function<std::string()> contentType;
+        /// True while nobody hears or uses what is decoded: then it is not. May be empty.
+        std::function<bool()> isUnheard;
         /// What has been decoded, to shape and to branch off before it is heard; may be empty.
         std::function<void(std::vector<float>& samples, std::uint64_t bytePosition)> pcm;
     };

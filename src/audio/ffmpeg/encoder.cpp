@@ -2,8 +2,6 @@
 
 #include "base/log.h"
 
-#include <QThread>
-
 #include <chrono>
 
 namespace BASS {
@@ -21,13 +19,12 @@ Encoder::Encoder(Setup setup) : m_setup(std::move(setup)) {}
 
 Encoder::~Encoder() {
     finish(false);
-    wait();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 int Encoder::start() {
-    m_thread.reset(QThread::create([this] { run(); })); // QProcess needs a thread of Qt's
-    m_thread->setObjectName(QStringLiteral("encoder"));
-    m_thread->start();
+    m_thread = std::thread([this] { run(); });
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return m_openResult != kNotYet; });
     return m_openResult;
@@ -63,8 +60,8 @@ void Encoder::finish(bool isComplete) {
 }
 
 void Encoder::wait() {
-    if (m_thread)
-        m_thread->wait();
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_isOver; });
 }
 
 void Encoder::deliver(const std::uint8_t* data, std::size_t size, std::int64_t offset) {
@@ -83,40 +80,47 @@ void Encoder::deliver(const std::uint8_t* data, std::size_t size, std::int64_t o
 }
 
 void Encoder::run() {
-    {
-        // what a container writes while it opens comes before anyone knows the handle: kept
-        std::vector<std::uint8_t> head;
-        bool isOpen = false;
-        const auto encoder = m_setup.make(
-            [this, &head, &isOpen](const std::uint8_t* data, std::size_t size, std::int64_t at) {
-                if (isOpen)
-                    deliver(data, size, at);
-                else
-                    head.insert(head.end(), data, data + size);
-            });
-        const int result = encoder->open();
-        m_isRunning.store(result == BASS_OK);
-        {
-            const std::lock_guard lock(m_mutex);
-            m_openResult = result;
-        }
-        m_changed.notify_all();
-        if (result != BASS_OK) {
-            m_hasEnded.store(true);
-            return;
-        }
-        isOpen = true;
-        if (!head.empty())
-            deliver(head.data(), head.size(), 0);
-        const bool isGood = encodeAll(*encoder) && encoder->finish();
-        if (!isGood)
-            qCWarning(lcAudio, "encoder has failed handle=%u", m_setup.handle);
-    }
+    const bool wasOpen = encodeToTheEnd();
     m_isRunning.store(false);
-    m_setup.proc(m_setup.handle, m_channel.load(), nullptr, 0, m_setup.user);
+    if (wasOpen)
+        m_setup.proc(m_setup.handle, m_channel.load(), nullptr, 0, m_setup.user);
     m_hasEnded.store(true);
-    if (m_setup.ended)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isOver = true;
+    }
+    m_changed.notify_all();
+    if (wasOpen && m_setup.ended)
         m_setup.ended();
+}
+
+/// False: it did not open.
+bool Encoder::encodeToTheEnd() {
+    // what a container writes while it opens comes before it is known to be one
+    std::vector<std::uint8_t> head;
+    bool isOpen = false;
+    const auto encoder = m_setup.make(
+        [this, &head, &isOpen](const std::uint8_t* data, std::size_t size, std::int64_t at) {
+            if (isOpen)
+                deliver(data, size, at);
+            else
+                head.insert(head.end(), data, data + size);
+        });
+    const int result = encoder->open();
+    isOpen = result == BASS_OK;
+    m_isRunning.store(isOpen);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_openResult = result;
+    }
+    m_changed.notify_all();
+    if (!isOpen)
+        return false;
+    if (!head.empty())
+        deliver(head.data(), head.size(), 0);
+    if (!encodeAll(*encoder) || !encoder->finish())
+        qCWarning(lcAudio, "encoder has failed handle=%u", m_setup.handle);
+    return true;
 }
 
 /// False: it has failed.

@@ -9,9 +9,8 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
-
-class QThread;
 
 namespace BASS {
 
@@ -55,6 +54,7 @@ class Encoder {
 
   private:
     void run();
+    bool encodeToTheEnd();
     bool encodeAll(PcmEncoder& encoder);
     bool takeChunks(std::deque<std::vector<float>>& out, bool needsCare);
     void deliver(const std::uint8_t* data, std::size_t size, std::int64_t offset);
@@ -64,7 +64,7 @@ class Encoder {
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_hasEnded{false};
     std::int64_t m_delivered = 0; ///< encoder thread only
-    std::unique_ptr<QThread> m_thread;
+    std::thread m_thread;
 
     std::mutex m_mutex; ///< guards all below
     std::condition_variable m_changed;
@@ -72,6 +72,7 @@ class Encoder {
     std::size_t m_queuedFrames = 0;
     bool m_isFinishing = false;
     bool m_hasFailed = false;
+    bool m_isOver = false; ///< no callback comes any more
     int m_openResult = -2; ///< kNotYet
 };
 

@@ -21,7 +21,7 @@ QStringList splitEncoderCommand(const QString& line,
                                 const std::function<bool(const QString&)>& isFile);
 
 /// An encoder program between two pipes, without a shell. Its death, its silence and what it prints
-/// to its standard error are noticed and logged. *Thread*: one made by Qt.
+/// to its standard error are noticed and logged. *Thread*: one, no event loop needed.
 class ExternalEncoder final : public PcmEncoder {
   public:
     struct Setup {

@@ -115,6 +115,10 @@ struct LinkDecoder::State {
     int fadeFrames = 0;
     int badInRow = 0;
     bool isDraining = false;
+    bool isSkipping = false;
+    bool isRejoining = false; ///< the frames that the gate drops still take their time
+    double frameLength = 0.0; ///< seconds of the last decoded frame
+    double skippedRest = 0.0; ///< of a frame, not yet given out
     double dropBefore = -1.0; ///< seconds; after a jump
     std::vector<float> mono;
     Block block;
@@ -128,6 +132,10 @@ struct LinkDecoder::State {
     bool openCodec();
     Step readPacket();
     Step decode(const AVPacket* in);
+    Step skip(const AVPacket& in);
+    [[nodiscard]] double packetLength(const AVPacket& in) const;
+    void passSilence(double length);
+    void startFade();
     void takeFrame();
     bool makeResampler();
     void resample(const AVFrame* in);
@@ -254,7 +262,8 @@ LinkDecoder::Step LinkDecoder::State::readPacket() {
         av_packet_unref(packet.get());
         return Step::Nothing;
     }
-    const Step step = decode(packet.get());
+    const Step step =
+        isSkipping && packetLength(*packet) > 0.0 ? skip(*packet) : decode(packet.get());
     av_packet_unref(packet.get());
     return step;
 }
@@ -271,15 +280,61 @@ LinkDecoder::Step LinkDecoder::State::decode(const AVPacket* in) {
     bool isGood = avcodec_send_packet(codec.get(), in) >= 0;
     while (isGood && avcodec_receive_frame(codec.get(), frame.get()) >= 0) {
         badInRow = -1;
+        frameLength = 1.0 * frame->nb_samples / frame->sample_rate;
         if (verdict == ReservoirGate::Verdict::PlayFirst && fadeFrames == 0)
-            fadeLeft = fadeFrames = outputRate / 100;
+            startFade();
+        isRejoining = isRejoining && verdict == ReservoirGate::Verdict::Drop;
         if (verdict != ReservoirGate::Verdict::Drop)
             takeFrame();
+        else if (isRejoining)
+            passSilence(frameLength);
         av_frame_unref(frame.get());
     }
     if (++badInRow > kMaxBadInRow)
         return Step::Broken;
     return block.samples.empty() ? Step::Nothing : Step::Audio;
+}
+
+void LinkDecoder::State::startFade() {
+    constexpr int kFadesASecond = 100;
+    fadeLeft = fadeFrames = outputRate / kFadesASecond;
+}
+
+void LinkDecoder::setSkipping(bool isOn) {
+    State& s = *m_state;
+    if (s.isSkipping == isOn || !s.swr)
+        return;
+    s.isSkipping = isOn;
+    if (isOn)
+        return;
+    avcodec_flush_buffers(s.codec.get());
+    s.gate.reset();
+    s.isRejoining = s.isGated;
+    s.fadeLeft = s.fadeFrames = 0;
+    if (!s.isGated)
+        s.startFade();
+}
+
+LinkDecoder::Step LinkDecoder::State::skip(const AVPacket& in) {
+    measure(in);
+    block.hasPosition = in.pos >= 0;
+    block.position = in.pos >= 0 ? static_cast<std::uint64_t>(in.pos) : 0;
+    passSilence(packetLength(in));
+    return Step::Audio;
+}
+
+/// Seconds; ADTS does not tell, but is the same all along.
+double LinkDecoder::State::packetLength(const AVPacket& in) const {
+    return in.duration > 0 ? static_cast<double>(in.duration) * av_q2d(stream->time_base)
+                           : frameLength;
+}
+
+void LinkDecoder::State::passSilence(double length) {
+    skippedRest += length * outputRate;
+    const double whole =
+        std::floor(skippedRest + 1e-6); // a sum that should be whole may lack a hair
+    skippedRest -= whole;
+    block.samples.resize(block.samples.size() + static_cast<std::size_t>(whole) * kOutChannels);
 }
 
 void LinkDecoder::State::takeFrame() {

@@ -54,6 +54,9 @@ class LinkDecoder {
     /// Reads the headers. False: no such stream, or aborted.
     bool open(StreamFormat format);
     Step step();
+    /// While on, packets are read and counted, not decoded: their time passes in silence. Sound
+    /// comes back as it does at the start, without the frames that lack their predecessors.
+    void setSkipping(bool isOn);
     /// The owner may change the samples until the next step.
     [[nodiscard]] Block& block();
     [[nodiscard]] Info info() const;

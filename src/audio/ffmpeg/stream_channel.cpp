@@ -99,6 +99,7 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     callbacks.ready = [this](int error) { becomeReady(error); };
     callbacks.title = [this](TagTimeline::Entry entry) { addTitle(std::move(entry)); };
     callbacks.accepts = std::move(accepts);
+    callbacks.isUnheard = [this] { return isUnheard(); };
     callbacks.pcm = [this](std::vector<float>& samples, std::uint64_t position) {
         if (m_pcmTap.isUsed())
             m_pcmTap.feed(samples.data(), samples.size() / Voice::kChannels, position);
@@ -108,6 +109,14 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     };
     m_worker = std::make_unique<DecodeWorker>(input, m_voice, m_context.rate, std::move(callbacks));
     m_worker->start();
+}
+
+/// Muted, and no encoder wants it: only the clock and the titles matter.
+bool StreamChannel::isUnheard() const {
+    const GainRamp& volume = m_voice.volume();
+    const bool isMuted =
+        m_context.mixer->globalVolume() == 0 || (volume.current() == 0.0F && !volume.isSliding());
+    return isMuted && m_voice.mode() == Voice::Mode::Playing && !m_pcmTap.isUsed();
 }
 
 void StreamChannel::becomeReady(int error) {

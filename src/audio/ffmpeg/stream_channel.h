@@ -84,6 +84,7 @@ class StreamChannel {
 
   private:
     void startWorker(DecoderInput& input, std::function<bool(StreamFormat)> accepts);
+    [[nodiscard]] bool isUnheard() const;
     void becomeReady(int error);
     void addTitle(TagTimeline::Entry entry);
     void post(DWORD type, DWORD data);

@@ -11,6 +11,8 @@ namespace {
 constexpr std::uint32_t kDeclickMs = 10;
 /// After a stall the ring is filled this far, so that one late packet is no second stall.
 constexpr std::uint32_t kRefillMs = 500;
+/// What a lean voice keeps.
+constexpr std::uint32_t kLeanMs = 400;
 
 std::uint32_t peakWord(float left, float right) {
     const auto scale = [](float value) {
@@ -30,9 +32,23 @@ std::size_t Voice::write(const float* samples, std::size_t frames) {
 
 void Voice::waitForSpace() {
     m_decoderWaits.store(true);
-    if (m_ring.readable() > m_ring.capacity() / 2)
+    if (m_ring.readable() > lowMark())
         m_space.wait();
     m_decoderWaits.store(false);
+}
+
+bool Voice::isFull() const {
+    return m_isLean.load() && m_ring.readable() > 2 * lowMark();
+}
+
+std::size_t Voice::lowMark() const {
+    if (!m_isLean.load())
+        return m_ring.capacity() / 2;
+    return std::size_t{m_rate} * kLeanMs / 1000 / 2 * kChannels;
+}
+
+std::size_t Voice::refillFrames() const {
+    return m_isLean.load() ? lowMark() / kChannels : std::size_t{m_rate} * kRefillMs / 1000;
 }
 
 void Voice::restartAt(std::uint64_t frame) {
@@ -72,7 +88,7 @@ std::uint32_t Voice::level() const {
 std::uint32_t Voice::missingPercent() const {
     if (!m_isStalled.load())
         return 0;
-    const std::size_t wanted = std::size_t{m_rate} * kRefillMs / 1000;
+    const std::size_t wanted = refillFrames();
     const std::size_t there = std::min(bufferedFrames(), wanted);
     return static_cast<std::uint32_t>(100 - there * 100 / wanted);
 }
@@ -87,7 +103,7 @@ void Voice::raise(std::uint32_t events) {
 bool Voice::isWaitingForRefill() {
     if (!m_isStalled.load())
         return false;
-    const std::size_t wanted = std::size_t{m_rate} * kRefillMs / 1000;
+    const std::size_t wanted = refillFrames();
     if (bufferedFrames() < wanted && !m_sourceEnded.load())
         return true;
     m_isStalled.store(false);
@@ -125,7 +141,7 @@ void Voice::render(float* out, std::size_t frames) {
 }
 
 void Voice::askForMore() {
-    if (m_ring.readable() <= m_ring.capacity() / 2 && m_decoderWaits.exchange(false))
+    if (m_ring.readable() <= lowMark() && m_decoderWaits.exchange(false))
         m_space.post();
 }
 

@@ -37,8 +37,12 @@ class Voice {
     // --- decode side ----------------------------------------------------------------------------
     /// Returns the frames taken; the rest waits until waitForSpace() comes back.
     std::size_t write(const float* samples, std::size_t frames);
-    /// Blocks until half of the ring is free, or wakeDecoder().
+    /// Blocks until half of the ring is free (lean: half of less), or wakeDecoder().
     void waitForSpace();
+    /// Lean, the ring is filled with 400 ms only: a voice that nobody hears is heard sooner again.
+    void setLean(bool isLean) { m_isLean.store(isLean); }
+    /// A lean voice has enough; others take what fits.
+    [[nodiscard]] bool isFull() const;
     void wakeDecoder() { m_space.post(); }
     /// No more frames will come (or, after a jump, they will again).
     void setSourceEnded(bool hasEnded) { m_sourceEnded.store(hasEnded); }
@@ -77,6 +81,8 @@ class Voice {
     bool isWaitingForRefill();
     void raise(std::uint32_t events);
     void askForMore();
+    [[nodiscard]] std::size_t lowMark() const;
+    [[nodiscard]] std::size_t refillFrames() const;
 
     const std::uint32_t m_rate;
     Semaphore& m_signal;
@@ -86,6 +92,7 @@ class Voice {
 
     std::atomic<Mode> m_mode{Mode::Stopped};
     std::atomic<bool> m_decoderWaits{false};
+    std::atomic<bool> m_isLean{false};
     std::atomic<bool> m_sourceEnded{false};
     std::atomic<bool> m_isStalled{false};
     std::atomic<bool> m_hasEnded{false};

@@ -1,0 +1,124 @@
+#include "audio/encoding.h"
+#include "audio/ffmpeg/link_decoder.h"
+#include "audio/listener.h"
+#include "audio/loopback_server.h"
+#include "audio/tracks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <thread>
+
+using namespace BASS;
+
+namespace {
+
+constexpr std::size_t kSkipFrom = 40000; // frames
+constexpr std::size_t kSkipTo = 80000;
+
+ByteSource sourceOf(const QByteArray& bytes, int& at) {
+    ByteSource source;
+    source.read = [&bytes, &at](std::uint8_t* out, int max) {
+        const int count = std::min(max, bytes.size() - at);
+        std::memcpy(out, bytes.constData() + at, static_cast<std::size_t>(count));
+        at += count;
+        return count;
+    };
+    return source;
+}
+
+/// Decodes all of it; the middle is skipped where asked.
+std::vector<float> decode(Track which, StreamFormat format, bool skips) {
+    const QByteArray& bytes = track(which);
+    int at = 0;
+    LinkDecoder decoder(44100, sourceOf(bytes, at));
+    std::vector<float> result;
+    EXPECT_TRUE(decoder.open(format));
+    for (;;) {
+        const std::size_t frames = result.size() / 2;
+        decoder.setSkipping(skips && frames >= kSkipFrom && frames < kSkipTo);
+        const auto step = decoder.step();
+        const auto& samples = decoder.block().samples;
+        if (step == LinkDecoder::Step::Audio || step == LinkDecoder::Step::End)
+            result.insert(result.end(), samples.begin(), samples.end());
+        if (step != LinkDecoder::Step::Audio && step != LinkDecoder::Step::Nothing)
+            return result;
+    }
+}
+
+} // namespace
+
+TEST(Unheard, SkippedTimePassesExactlyAndSoundRejoins) {
+    const std::pair<Track, StreamFormat> cases[] = {
+        {Track::Mp3, StreamFormat::Mpeg},
+        {Track::Adts, StreamFormat::Adts},
+        {Track::OggFlac, StreamFormat::OggFlac},
+        {Track::Vorbis, StreamFormat::OggVorbis},
+    };
+    for (const auto& [which, format] : cases) {
+        SCOPED_TRACE(static_cast<int>(which));
+        const std::vector<float> whole = decode(which, format, false);
+        const std::vector<float> skipped = decode(which, format, true);
+        const auto isSilent = [](float sample) { return sample == 0.0F; };
+        EXPECT_TRUE(std::all_of(
+            skipped.begin() + 2 * (kSkipFrom + 9000), skipped.begin() + 2 * kSkipTo, isSilent));
+        if (format == StreamFormat::OggVorbis) { // its first packet after a gap gives no frames
+            EXPECT_NEAR(
+                static_cast<double>(skipped.size()), static_cast<double>(whole.size()), 4096);
+            continue;
+        }
+        ASSERT_EQ(skipped.size(), whole.size());
+        const std::size_t rejoined = 2 * (kSkipTo + 10000); // the reservoir is filled again
+        float greatest = 0.0F;
+        for (std::size_t n = rejoined; n < whole.size(); ++n)
+            greatest = std::max(greatest, std::abs(whole[n] - skipped[n]));
+        EXPECT_LT(greatest, 1e-5F);
+    }
+}
+
+TEST(Unheard, TitlesGoOnAndAnEncoderStillGetsTheSound) {
+    const QByteArray audio = track(Track::Mp3);
+    LoopbackServer server([&audio](Connection& connection) {
+        connection.send(answer("ICY 200 OK", {"icy-metaint: 1000"}) +
+                        withTitles(audio, 1000, {{0, "A"}, {30000, "B"}}));
+    });
+    const auto play = [&server](Listener& listener, bool isMuted) {
+        AudioLibrary& library = listener.library();
+        library.SetConfig(BASS_CONFIG_GVOL_STREAM, isMuted ? 0 : 10000);
+        const HSTREAM stream = listener.open(server.url());
+        library.ChannelPlay(stream, false);
+        EXPECT_TRUE(listener.waitFor(BASS_SYNC_END));
+        return stream;
+    };
+    Listener heard;
+    Listener muted;
+    play(heard, false);
+    const HSTREAM stream = play(muted, true);
+    const auto secondsOfB = [](const Listener& listener) {
+        const auto place =
+            std::find_if(listener.syncs.begin(), listener.syncs.end(), [](const auto& sync) {
+                return sync.type == BASS_SYNC_META && sync.meta.find('B') != std::string::npos;
+            });
+        return place != listener.syncs.end() ? place->seconds : -1.0;
+    };
+    EXPECT_NEAR(secondsOfB(muted), secondsOfB(heard), 0.4); // when it is told, not where it stands
+    EXPECT_NEAR(muted.library().ChannelBytes2Seconds(
+                    stream, muted.library().ChannelGetPosition(stream, BASS_POS_BYTE)),
+                kTrackSeconds,
+                0.15);
+
+    Encoding encoding;
+    Listener recorder;
+    AudioLibrary& library = recorder.library();
+    library.SetConfig(BASS_CONFIG_GVOL_STREAM, 0);
+    const HSTREAM file = recorder.openFile(trackPath(Track::Wav));
+    const HENCODE encoder = library.Encode_FLAC_Start(file, "", 0, &Encoding::onBytes, &encoding);
+    library.ChannelPlay(file, false);
+    ASSERT_TRUE(recorder.waitFor(BASS_SYNC_END));
+    library.StreamFree(file);
+    const QByteArray all = decodedByFfmpeg(trackPath(Track::Wav));
+    const QByteArray got = decodedByFfmpeg(encoding.file(encoder, "flac"));
+    ASSERT_GT(got.size(), all.size() / 2);
+    EXPECT_TRUE(all.endsWith(got));
+}
