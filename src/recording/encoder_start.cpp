@@ -139,7 +139,7 @@ QString encoderArguments(int encoder, int bitrate) {
 
 QStringList encoderProgramNames(int encoder) {
     QString name = encoderProgram(encoder);
-    name.chop(4); // ".exe"
+    name.chop(4); // ".exe", which only one system gives its programs
     if (name.isEmpty())
         return {};
     return name == QLatin1String("oggenc2") ? QStringList{name, QStringLiteral("oggenc")}
@@ -201,14 +201,12 @@ std::variant<HENCODE, RecordingError> startEncoder(AudioLibrary& library,
                                           request.user);
     if (handle != 0)
         return handle;
-    const bool isMissing = !encoderProgramNames(request.encoder).isEmpty() &&
-                           findEncoderProgram(request.encoder).isEmpty();
-    const bool wasBuiltIn = !text.isEmpty() && request.encoder != EncoderAacPlus;
+    const bool isMissing = text.isEmpty() || request.encoder == EncoderAacPlus;
     const QString reason = request.errorText(code == 0 ? library.ErrorGetCode() : code);
     const QString detail =
         QStringLiteral("Output File: ") + request.outputPath + QLatin1Char(' ') + reason;
     qCWarning(lcRecording).noquote() << detail;
-    if (isMissing && !wasBuiltIn)
+    if (isMissing)
         return RecordingError{RecordingErrorKind::MissingEncoder,
                               recordingErrorText(RecordingErrorKind::MissingEncoder),
                               encoderProgram(request.encoder)};
