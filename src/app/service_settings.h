@@ -41,6 +41,8 @@ class OwnSettings {
     TextSetting AudioProvider{m_file, "AudioProvider", "ffmpeg"};
     // Milliseconds of stream time; negative: before the title.
     IntSetting RecSplitDelayMs{m_file, "RecSplitDelayMs", "0"};
+    // A stream of the wanted type and bitrate is written as it comes.
+    BoolSetting RecKeepSameFormat{m_file, "RecKeepSameFormat", "true"};
     // A recording ends where the disk has less; 0: no limit.
     IntSetting RecMinFreeMB{m_file, "RecMinFreeMB", "200"};
     TextSetting LastStationUrl{m_file, "LastStationUrl"};

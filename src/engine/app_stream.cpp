@@ -6,6 +6,8 @@
 #include "engine/library_errors.h"
 #include "engine/reconnect_policy.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 using namespace std::chrono_literals;
@@ -28,19 +30,22 @@ std::chrono::milliseconds steadyNow() {
 } // namespace
 
 AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* parent)
-    : Stream(std::move(audioLibrary), parent) {
+    : Stream(std::move(audioLibrary), parent),
+      m_encoder(library(), m_recorder, [this](int code) { return errorText(code); }) {
     m_reconnectTimer.setSingleShot(true);
     connect(&m_reconnectTimer, &QTimer::timeout, this, &AppStream::reconnect);
     m_infoTimer.setInterval(kInfoInterval);
     connect(
         &m_infoTimer, &QTimer::timeout, this, [this] { emit sig_streamInfoChanged(streamInfo()); });
     connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, [this] {
-        emit sig_recordingChanged(false);
+        m_isRecorderOn = m_recorder.isRunning();
+        emit sig_recordingChanged(m_isRecorderOn);
     });
 }
 
 AppStream::~AppStream() {
     endWorkers();
+    m_encoder.stop();
     disconnectChannels(0ms);
     m_recorder.stopAndWait();
 }
@@ -63,6 +68,7 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_reconnectAttempt = 0;
     m_kind = BASS::StreamKind::None;
     m_playedAddress = station.playUrl();
+    m_splitDelayMs = station.splitDelayMs;
     setStation(station);
     emit sig_stationChanged(m_station);
     publishSong();
@@ -104,11 +110,26 @@ void AppStream::stop() {
 }
 
 void AppStream::startRecording(const BASS::RecordingOptions& options) {
-    // a buffer reaches back to the song that is heard; without one only what arrives can be had
-    const BASS::Song heard = song();
-    const bool hasBuffer = settings().recordingBufferMegabytes > 0 && !heard.isEmpty();
-    m_recorder.start(options, hasBuffer ? heard : arrivedSong());
+    m_isRecorderOn = true;
+    if (isEncodingWanted(options)) {
+        m_encoder.start(options, arrivedSong(), m_current.handle);
+    } else {
+        // a buffer reaches back to the song that is heard; without one only what arrives can be had
+        const BASS::Song heard = song();
+        const bool hasBuffer = settings().recordingBufferMegabytes > 0 && !heard.isEmpty();
+        m_recorder.start(options, hasBuffer ? heard : arrivedSong());
+    }
     emit sig_recordingChanged(m_recorder.isRunning());
+}
+
+bool AppStream::isEncodingWanted(const BASS::RecordingOptions& options) {
+    if (options.encoder == 0)
+        return false;
+    BASS::BASS_CHANNELINFO info{};
+    if (!options.isSameKept || !library().ChannelGetInfo(m_current.handle, &info))
+        return true;
+    return !BASS::isSameAsEncoded(
+        options.encoder, options.encodingBitrate, info.ctype, streamInfo().bitrate);
 }
 
 bool AppStream::keepLastTitle(const BASS::RecordingOptions& options) {
@@ -120,9 +141,11 @@ bool AppStream::keepLastTitle(const BASS::RecordingOptions& options) {
 
 void AppStream::setRecordingPaused(bool isPaused) {
     m_recorder.setPaused(isPaused);
+    m_encoder.setPaused(isPaused);
 }
 
 void AppStream::stopRecording() {
+    m_encoder.stop();
     if (m_recorder.isRunning())
         m_recorder.stop();
 }
@@ -227,6 +250,7 @@ void AppStream::disconnectChannels(std::chrono::milliseconds fade) {
 }
 
 void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
+    m_encoder.setChannel(channel.handle);
     freeChannel(std::exchange(m_current, channel));
     setHandle(channel.handle);
     if (channelVolumeFloat() > 0.0F)
@@ -300,6 +324,7 @@ void AppStream::connectionLost(unsigned channel) {
         m_reconnectAttempt = 0;
         m_lostAt = steadyNow();
     }
+    m_encoder.connectionLost();
     AddLog(tr("The connection to the station was lost"), true);
     setState(PlayState::Reconnecting);
     scheduleReconnect();
@@ -342,8 +367,8 @@ void AppStream::channelEnded(unsigned channel) {
         connectionLost(channel);
         return;
     }
-    disconnectChannels(0ms);
     stopRecording();
+    disconnectChannels(0ms);
     emit sig_statusLine(tr("Finished"), true);
     setState(PlayState::Stopped);
 }
@@ -397,8 +422,54 @@ void AppStream::connectionEnded() {
     m_recorder.connectionEnded();
 }
 
+/// The cut itself is the recorder's: it knows the title's place in the bytes and counts the delay
+/// in stream time, so that neither a busy window nor a burst of the server moves it. The events
+/// tell the window when it is due by the clock.
 void AppStream::OnSplitFile(const BASS::Song& song) {
-    qCDebug(
-        lcEngine, "AppStream::OnSplitFile position=%lld", static_cast<long long>(song.position));
     m_recorder.trackChanged(song);
+    m_encoder.cutAt(song);
+    if (!m_isRecorderOn)
+        return;
+    const unsigned delayMs = m_splitDelayMs;
+    qCDebug(lcEngine, "AppStream::OnSplitFile %u", delayMs);
+    if (delayMs != 0)
+        QCoreApplication::postEvent(this, new BASS::SplitDelayEvent(song));
+    else
+        postSplit(song);
+}
+
+// --- cuts, as they are told
+// -----------------------------------------------------------------------
+
+bool AppStream::event(QEvent* event) {
+    if (event->type() == static_cast<QEvent::Type>(BASS::kSplitDelayEvent)) {
+        splitDelayed(static_cast<BASS::SplitDelayEvent*>(event)->song());
+        return true;
+    }
+    if (event->type() == static_cast<QEvent::Type>(BASS::kSplitEvent)) {
+        m_pendingSong = static_cast<BASS::SplitEvent*>(event)->song();
+        if (m_mainObject != nullptr)
+            QCoreApplication::postEvent(m_mainObject, new BASS::SplitEvent(m_pendingSong));
+        return true;
+    }
+    return Stream::event(event);
+}
+
+/// A timer that runs already fires with the newest song; it is not stopped.
+void AppStream::splitDelayed(const BASS::Song& song) {
+    constexpr unsigned kShortDelayMs = 200; // not waited for, deliberately
+    m_pendingSong = song;
+    if (m_splitDelayMs > kShortDelayMs)
+        QTimer::singleShot(static_cast<int>(m_splitDelayMs), this, &AppStream::slot_splitDelay);
+    else
+        postSplit(song);
+}
+
+void AppStream::slot_splitDelay() {
+    qCDebug(lcEngine) << "AppStream::slot_SplitDelay" << m_pendingSong.title;
+    postSplit(m_pendingSong);
+}
+
+void AppStream::postSplit(const BASS::Song& song) {
+    QCoreApplication::postEvent(this, new BASS::SplitEvent(song));
 }

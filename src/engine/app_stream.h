@@ -1,11 +1,14 @@
 #pragma once
 
+#include "engine/channel_encoder.h"
 #include "engine/engine_types.h"
 #include "engine/stream.h"
 #include "recording/stream_recorder.h"
 
+#include <QPointer>
 #include <QTimer>
 
+#include <atomic>
 #include <vector>
 
 /// The application's engine: one station at a time, its recording, and what the window shows of
@@ -45,6 +48,12 @@ class AppStream : public BASS::Stream {
     [[nodiscard]] bool isRecording() const { return m_recorder.isRunning(); }
     [[nodiscard]] BASS::StreamRecorder& recorder() { return m_recorder; }
 
+    /// Gets a SplitEvent for every cut; null: nobody. It outlives the engine or takes itself out.
+    void setMainObject(QObject* object) { m_mainObject = object; }
+
+  public slots:
+    void slot_splitDelay();
+
   signals:
     void sig_stateChanged(PlayState state);
     void sig_stationChanged(const BASS::StationRecord& station);
@@ -59,6 +68,7 @@ class AppStream : public BASS::Stream {
     void sig_recordingChanged(bool isRecording);
 
   protected:
+    bool event(QEvent* event) override;
     void onNotification(int code, const QVariant& payload) override;
     void onConnected(const BASS::Channel& channel) override;
     void onConnectFailed(const BASS::ConnectSequence& connect) override;
@@ -85,6 +95,9 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
+    [[nodiscard]] bool isEncodingWanted(const BASS::RecordingOptions& options);
+    void splitDelayed(const BASS::Song& song);
+    void postSplit(const BASS::Song& song);
     [[nodiscard]] std::chrono::milliseconds outage() const;
 
     PlayState m_state = PlayState::Stopped;
@@ -98,7 +111,12 @@ class AppStream : public BASS::Stream {
     int m_reconnectAttempt = 0;
     QTimer m_reconnectTimer;
     QTimer m_infoTimer;
+    std::atomic<unsigned> m_splitDelayMs{0}; ///< the station's own
+    BASS::Song m_pendingSong;                ///< the next file is named after it
+    QPointer<QObject> m_mainObject;
     BASS::Song m_publishedSong;
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
+    BASS::ChannelEncoder m_encoder;
+    std::atomic<bool> m_isRecorderOn{false};
 };

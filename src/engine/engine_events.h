@@ -5,6 +5,8 @@
 #include <QEvent>
 #include <QVariant>
 
+#include <utility>
+
 namespace BASS {
 
 // Codes of the engine's notifications; each is the type number of the event that carries it.
@@ -32,6 +34,25 @@ class EngineEvent final : public QEvent {
   private:
     QVariant m_payload;
 };
+
+/// A cut on its way through the event queue; carries the song that the next file is named after.
+/// Type 1001 asks for a cut that may have to wait, type 1002 tells one that has happened.
+template <int Number>
+class SongEvent final : public QEvent {
+  public:
+    explicit SongEvent(Song song)
+        : QEvent(static_cast<QEvent::Type>(Number)), m_song(std::move(song)) {}
+
+    [[nodiscard]] const Song& song() const { return m_song; }
+
+  private:
+    Song m_song;
+};
+
+constexpr int kSplitDelayEvent = 1001;
+constexpr int kSplitEvent = 1002;
+using SplitDelayEvent = SongEvent<kSplitDelayEvent>;
+using SplitEvent = SongEvent<kSplitEvent>;
 
 /// What a notification of a channel carries beside its data: the channel it came from, so that one
 /// of a channel that is gone can be told apart.

@@ -155,10 +155,14 @@ bool CRecording::rename(const QString& path) {
 }
 
 bool CRecording::rewriteStart(const std::uint8_t* data, std::size_t size) {
+    return rewrite(0, data, size);
+}
+
+bool CRecording::rewrite(qint64 offset, const std::uint8_t* data, std::size_t size) {
     if (!flush())
         return false;
     const auto bytes = static_cast<qint64>(size);
-    const bool isDone = m_file->seek(0) &&
+    const bool isDone = m_file->seek(offset) &&
                         m_file->write(reinterpret_cast<const char*>(data), bytes) == bytes &&
                         m_file->seek(m_written);
     return isDone || fail(RecordingErrorKind::CannotWrite, m_file->errorString());

@@ -38,6 +38,8 @@ class CRecording final : public ByteSink {
     /// Gives the file another name in its folder or another one; stays open. False: nothing
     /// changed.
     bool rename(const QString& path);
+    /// Overwrites bytes that are in the file.
+    bool rewrite(qint64 offset, const std::uint8_t* data, std::size_t size);
 
     bool append(const std::uint8_t* data, std::size_t size) override;
     bool rewriteStart(const std::uint8_t* data, std::size_t size) override;

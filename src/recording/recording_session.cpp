@@ -1,15 +1,12 @@
 #include "recording/recording_session.h"
 
 #include "base/log.h"
-#include "recording/file_pattern.h"
 #include "recording/ogg_link.h"
+#include "recording/recording_path.h"
 #include "recording/stream_format.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QStorageInfo>
 
 #include <algorithm>
 #include <utility>
@@ -19,34 +16,11 @@ namespace {
 
 /// The first title block of a connection names what runs already; it comes within so many bytes.
 constexpr qint64 kFirstTitleBytes = 65536;
-constexpr std::chrono::seconds kSpaceInterval{5};
 constexpr std::chrono::milliseconds kLeastLead{200};
-constexpr qint64 kMegabyte = 1024 * 1024;
 
 bool canBeCut(StreamFormat format) {
     return format == StreamFormat::Mpeg || format == StreamFormat::Adts ||
            format == StreamFormat::Flac;
-}
-
-FileNameContext nameContext(const RecordingOptions& options, const Song& song, QDateTime now) {
-    FileNameContext context;
-    context.station = options.station;
-    context.song = song;
-    context.dateFormat = options.dateFormat;
-    context.timeFormat = options.timeFormat;
-    context.invalidReplacement = options.invalidReplacement;
-    context.isSplit = options.mode != RecordMode::NoSplit;
-    context.now = std::move(now);
-    return context;
-}
-
-/// Free bytes where the folder is or will be; -1: the system does not say.
-qint64 freeBytesAt(const QString& folder) {
-    QDir dir(folder);
-    while (!dir.exists() && !dir.isRoot())
-        dir.setPath(QFileInfo(dir.absolutePath()).path());
-    const QStorageInfo storage(dir.absolutePath());
-    return storage.isValid() && storage.isReady() ? storage.bytesAvailable() : -1;
 }
 
 } // namespace
@@ -56,7 +30,8 @@ RecordingSession::RecordingSession(RecordingOptions options,
                                    const Clock& clock,
                                    RecordingListener& listener)
     : m_options(std::move(options)), m_clock(clock), m_listener(listener),
-      m_planner(m_options.splitDelay), m_song(std::move(song)), m_heard(m_song) {
+      m_planner(m_options.splitDelay), m_song(std::move(song)), m_heard(m_song),
+      m_space(m_options.folder, m_options.minFreeBytes) {
     if (-m_options.splitDelay > kLeastLead)
         m_lead = -m_options.splitDelay;
     m_log.station = m_options.station.station;
@@ -347,22 +322,8 @@ bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
 }
 
 QString RecordingSession::freePath(const QString& extension) const {
-    const QDateTime now = m_clock.now();
-    const bool isSplit = isCutting();
-    const QString pattern = isSplit ? m_options.patternSplit : m_options.patternNoSplit;
-    const QString path = QDir(m_options.folder)
-                             .filePath(relativeRecordingPath(
-                                 pattern, nameContext(m_options, m_song, now), extension));
-    // what this session has just written is never deleted for its own next part
-    const bool isOwn = !m_paths.isEmpty() && m_paths.last() == path;
-    if (m_options.overwrite && !isOwn)
-        QFile::remove(path);
-    const QFileInfo taken(path);
-    QString free = path;
-    for (int attempt = 1; QFileInfo::exists(free); ++attempt)
-        free = taken.dir().filePath(
-            stampedFileName(taken.fileName(), now, m_options.invalidReplacement, attempt));
-    return free;
+    const QString own = m_paths.isEmpty() ? QString() : m_paths.last();
+    return freeRecordingPath(m_options, m_song, m_clock.now(), extension, own);
 }
 
 void RecordingSession::openFile(const AudioFrame& first) {
@@ -428,23 +389,12 @@ void RecordingSession::sync() {
     checkSpace();
 }
 
-/// A disk that fills up is left before the last byte is gone: other programs need it, too.
 bool RecordingSession::checkSpace() {
-    const auto now = m_clock.steady();
-    if (m_isOver || (m_spaceChecked && now - *m_spaceChecked < kSpaceInterval))
-        return !m_isOver;
-    m_spaceChecked = now;
-    m_freeBytes = freeBytesAt(m_options.folder);
-    if (m_freeBytes < 0 || m_freeBytes >= m_options.minFreeBytes)
-        return true;
-    fail({RecordingErrorKind::CannotWrite,
-          recordingErrorText(RecordingErrorKind::CannotWrite),
-          QCoreApplication::translate("BASS::RecordingSession",
-                                      "Only %1 MB are free in %2; recordings leave %3 MB.")
-              .arg(QString::number(m_freeBytes / kMegabyte),
-                   QDir::toNativeSeparators(m_options.folder),
-                   QString::number(m_options.minFreeBytes / kMegabyte))});
-    return false;
+    if (m_isOver)
+        return false;
+    if (const auto full = m_space.check(m_clock.steady()))
+        fail(*full);
+    return !m_isOver;
 }
 
 void RecordingSession::finish() {
@@ -478,12 +428,7 @@ RecordingProgress RecordingSession::progress() const {
         progress.sessionBytes += progress.fileBytes;
         progress.fileDuration = m_record.duration();
     }
-    progress.freeBytes = m_freeBytes;
-    const qint64 spare = m_freeBytes - m_options.minFreeBytes;
-    if (m_freeBytes >= 0 && progress.fileBytes > 0 && progress.fileDuration.count() > 0)
-        progress.remaining = std::chrono::duration_cast<std::chrono::seconds>(
-            progress.fileDuration * (static_cast<double>(std::max<qint64>(spare, 0)) /
-                                     static_cast<double>(progress.fileBytes)));
+    m_space.tell(progress);
     return progress;
 }
 

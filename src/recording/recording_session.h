@@ -2,9 +2,11 @@
 
 #include "base/clock.h"
 #include "recording/c_record.h"
+#include "recording/disk_space.h"
 #include "recording/split_planner.h"
 #include "recording/stream_history.h"
 #include "recording/stream_parser.h"
+#include "recording/writer_session.h"
 
 #include <QStringList>
 
@@ -30,7 +32,7 @@ class RecordingListener {
 /// *Thread*: the recorder's writer thread; blocks on disk. *Owner*: the recorder; clock and
 /// listener outlive it. *Life*: any number of connections, then finish(). After isOver() everything
 /// is ignored.
-class RecordingSession final {
+class RecordingSession final : public WriterSession {
     Q_DISABLE_COPY_MOVE(RecordingSession)
 
   public:
@@ -38,7 +40,7 @@ class RecordingSession final {
                      Song song,
                      const Clock& clock,
                      RecordingListener& listener);
-    ~RecordingSession();
+    ~RecordingSession() override;
 
     /// Nothing is written before the file of this song begins; what comes until then is the
     /// pre-roll of its first frame. Called before the first byte. Streams that cannot be cut begin
@@ -54,17 +56,14 @@ class RecordingSession final {
     void pause();
     /// As connectionBegan(), in the middle of a connection.
     void resume(qint64 position, const QByteArray& header);
-    /// Hands what came so far to the system; called when no more is waiting.
-    void flush();
-    /// Waits for the disk; called once a second.
-    void sync();
-    void finish();
-    /// Ends with an error that came from outside.
-    void fail(const RecordingError& error);
-
-    [[nodiscard]] bool isOver() const { return m_isOver; }
-    [[nodiscard]] const QStringList& paths() const { return m_paths; }
-    [[nodiscard]] RecordingProgress progress() const;
+    void flush() override;
+    void sync() override;
+    void finish() override;
+    void close() override { finish(); }
+    void fail(const RecordingError& error) override;
+    [[nodiscard]] bool isOver() const override { return m_isOver; }
+    [[nodiscard]] const QStringList& paths() const override { return m_paths; }
+    [[nodiscard]] RecordingProgress progress() const override;
 
   private:
     void detect(bool isEnd);
@@ -118,8 +117,7 @@ class RecordingSession final {
     QDateTime m_fileStarted;
     SessionLog m_log;
     QDateTime m_lostAt; ///< invalid: not lost
-    qint64 m_freeBytes = -1;
-    std::optional<std::chrono::milliseconds> m_spaceChecked; ///< steady
+    DiskSpace m_space;
     qint64 m_finishedBytes = 0;
     bool m_isOver = false;
 };

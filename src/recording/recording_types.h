@@ -48,7 +48,9 @@ struct RecordingOptions {
     bool isFileReused = true;           ///< false: a new file begins behind every lost connection
     qint64 minFreeBytes = 0;            ///< the recording ends where the disk has less; 0: no limit
     int encoder = 0;                    ///< 0: the stream's own data
-    bool hasTags = false;               ///< finished files get tags
+    int encodingBitrate = 0;            ///< kbit/s; MP3: 1 to 9 is a quality
+    bool isSameKept = false;   ///< a stream that is what would be encoded is written as it comes
+    bool hasTags = false;      ///< finished files get tags
     bool hasTrackList = false; ///< a track list, and a log of gaps, are kept beside the files
     TrackListOptions trackList;
     bool isTitleListKept = false; ///< every title is added to "tracks.txt" in the folder

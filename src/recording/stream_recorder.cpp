@@ -3,6 +3,7 @@
 #include "base/check.h"
 #include "base/clock.h"
 #include "base/log.h"
+#include "recording/encoded_session.h"
 #include "recording/mailbox.h"
 #include "recording/recording_buffer.h"
 #include "recording/recording_session.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -48,6 +50,7 @@ struct StartItem {
     BufferStart from;
     std::optional<ConnectionItem> live; ///< the connection that stands at the buffer's end
     bool hasEnded = false;              ///< only what the buffer holds is wanted
+    bool isEncoded = false;             ///< the bytes come from encoders
 };
 struct ConnectionEndItem {};
 struct PauseItem {};
@@ -59,7 +62,12 @@ struct TrackItem {
     Song song;
     qint64 position = 0;
 };
+struct EncodedItem {
+    std::function<void(EncodedSession&)> change;
+    qint64 bytes = 0;
+};
 using Item = std::variant<StartItem,
+                          EncodedItem,
                           StopItem,
                           OverflowItem,
                           ConnectionItem,
@@ -91,6 +99,7 @@ struct StreamRecorder::Private {
     bool waitForItems(std::deque<Item>& items);
     void release(const std::deque<Item>& items);
     void handle(Item& item);
+    void handleRaw(Item& item);
     void handleStart(StartItem& item);
     void feedBuffer(const StartItem& item);
     void feedMark(const RecordingBuffer& held, const RecordingBuffer::Mark& mark);
@@ -123,7 +132,9 @@ struct StreamRecorder::Private {
     std::thread thread;
 
     // writer thread
-    std::unique_ptr<RecordingSession> session;
+    std::unique_ptr<WriterSession> session;
+    RecordingSession* raw = nullptr; ///< the session, where it is one
+    EncodedSession* encoded = nullptr;
     int takenSessions = 0;
     milliseconds lastSync{0};
     milliseconds lastProgress{0};
@@ -224,6 +235,8 @@ void StreamRecorder::Private::release(const std::deque<Item>& items) {
     for (const Item& item : items) {
         if (const auto* const bytes = std::get_if<QByteArray>(&item))
             queuedBytes -= bytes->size();
+        else if (const auto* const change = std::get_if<EncodedItem>(&item))
+            queuedBytes -= change->bytes;
     }
 }
 
@@ -234,27 +247,35 @@ void StreamRecorder::Private::handle(Item& item) {
     }
     if (!session)
         return;
-    if (auto* const bytes = std::get_if<QByteArray>(&item)) {
-        session->append(*bytes);
-    } else if (const auto* const track = std::get_if<TrackItem>(&item)) {
-        session->trackChanged(track->song, track->position);
-    } else if (const auto* const connection = std::get_if<ConnectionItem>(&item)) {
-        session->connectionBegan(connection->position, connection->header, connection->isStart);
-    } else if (std::holds_alternative<ConnectionEndItem>(item)) {
-        session->connectionEnded();
-    } else if (std::holds_alternative<PauseItem>(item)) {
-        session->pause();
-    } else if (const auto* const resume = std::get_if<ResumeItem>(&item)) {
-        session->resume(resume->position, resume->header);
+    if (const auto* const change = std::get_if<EncodedItem>(&item)) {
+        if (encoded != nullptr)
+            change->change(*encoded);
     } else if (std::holds_alternative<OverflowItem>(item)) {
         session->fail({RecordingErrorKind::CannotWrite,
                        recordingErrorText(RecordingErrorKind::CannotWrite),
                        StreamRecorder::tr("The disk is too slow for the stream.")});
-    } else {
-        endSession();
+    } else if (std::holds_alternative<StopItem>(item)) {
+        session->finish();
+    } else if (raw != nullptr) {
+        handleRaw(item);
     }
-    if (session && session->isOver())
+    if (session->isOver())
         endSession();
+}
+
+void StreamRecorder::Private::handleRaw(Item& item) {
+    if (auto* const bytes = std::get_if<QByteArray>(&item))
+        raw->append(*bytes);
+    else if (const auto* const track = std::get_if<TrackItem>(&item))
+        raw->trackChanged(track->song, track->position);
+    else if (const auto* const connection = std::get_if<ConnectionItem>(&item))
+        raw->connectionBegan(connection->position, connection->header, connection->isStart);
+    else if (std::holds_alternative<ConnectionEndItem>(item))
+        raw->connectionEnded();
+    else if (std::holds_alternative<PauseItem>(item))
+        raw->pause();
+    else if (const auto* const resume = std::get_if<ResumeItem>(&item))
+        raw->resume(resume->position, resume->header);
 }
 
 void StreamRecorder::Private::handleStart(StartItem& item) {
@@ -262,8 +283,16 @@ void StreamRecorder::Private::handleStart(StartItem& item) {
     ++takenSessions;
     lastSync = lastProgress = clock.steady();
     publisher.begin(item.options);
-    session =
+    if (item.isEncoded) {
+        auto made = std::make_unique<EncodedSession>(item.options, clock, publisher);
+        encoded = made.get();
+        session = std::move(made);
+        return;
+    }
+    auto made =
         std::make_unique<RecordingSession>(item.options, std::move(item.song), clock, publisher);
+    raw = made.get();
+    session = std::move(made);
     if (item.buffer)
         feedBuffer(item);
     if (item.hasEnded)
@@ -277,19 +306,19 @@ void StreamRecorder::Private::feedBuffer(const StartItem& item) {
     qCInfo(lcRecording).noquote() << "Copying recording file=" << item.options.folder;
     qCInfo(lcRecording) << "Copying recording size=" << held.end() - at;
     if (item.from.awaited)
-        session->beginAt(*item.from.awaited);
+        raw->beginAt(*item.from.awaited);
     bool isJoined = false;
     const auto feedUpTo = [&](qint64 end) {
         if (at < end && !isJoined) {
             const QByteArray header = held.headerAt(at);
             const bool isLive = header.isEmpty() && item.live;
-            session->connectionBegan(at, isLive ? item.live->header : header, false);
+            raw->connectionBegan(at, isLive ? item.live->header : header, false);
             isJoined = true;
         }
-        while (at < end && !session->isOver()) {
+        while (at < end && !raw->isOver()) {
             const QByteArray block = held.read(at, std::min<qint64>(kBlockBytes, end - at));
             qCDebug(lcRecording) << "Copying recording data bytes=" << block.size();
-            session->append(block);
+            raw->append(block);
             at += block.size();
         }
     };
@@ -303,26 +332,29 @@ void StreamRecorder::Private::feedBuffer(const StartItem& item) {
     }
     feedUpTo(held.end());
     if (item.live && !isJoined)
-        session->connectionBegan(item.live->position, item.live->header, item.live->isStart);
+        raw->connectionBegan(item.live->position, item.live->header, item.live->isStart);
 }
 
 void StreamRecorder::Private::feedMark(const RecordingBuffer& held,
                                        const RecordingBuffer::Mark& mark) {
     if (mark.event == RecordingBuffer::Event::Title)
-        session->trackChanged(mark.song, mark.position);
+        raw->trackChanged(mark.song, mark.position);
     else if (mark.event == RecordingBuffer::Event::ConnectionEnded)
-        session->connectionEnded();
+        raw->connectionEnded();
     else
-        session->connectionBegan(mark.position,
-                                 mark.isStart ? QByteArray() : held.headerAt(mark.position),
-                                 mark.isStart);
+        raw->connectionBegan(mark.position,
+                             mark.isStart ? QByteArray() : held.headerAt(mark.position),
+                             mark.isStart);
 }
 
 void StreamRecorder::Private::endSession() {
     if (!session)
         return;
     session->finish();
+    session->close();
     const QStringList paths = session->paths();
+    raw = nullptr;
+    encoded = nullptr;
     session.reset();
     {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -387,6 +419,25 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     // a buffer ends within the connection that stands
     if (m_private->isConnected && !hasBuffer)
         m_private->put(m_private->joinItem());
+}
+
+void StreamRecorder::startEncoded(const RecordingOptions& options) {
+    WL_CHECK(QThread::currentThread() == thread());
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    StartItem item;
+    item.options = options;
+    item.isEncoded = true;
+    m_private->startSession(std::move(item));
+}
+
+void StreamRecorder::feedEncoded(std::function<void(EncodedSession&)> change, qint64 bytes) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    if (m_private->queuedBytes + bytes > kMaxQueuedBytes) {
+        m_private->put(OverflowItem{});
+        return;
+    }
+    m_private->queuedBytes += bytes;
+    m_private->put(EncodedItem{std::move(change), bytes});
 }
 
 bool StreamRecorder::keepLastTitle(const RecordingOptions& options, const Song& running) {

@@ -5,9 +5,12 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace BASS {
+
+class EncodedSession;
 
 /// Writes the bytes of a stream to files as they came, cut where the titles change.
 ///
@@ -32,6 +35,9 @@ class StreamRecorder final : public QObject {
     /// What the buffer holds comes first: without splitting all of it, else from the beginning of
     /// the song on, or all of it where its beginning is gone.
     void start(const RecordingOptions& options, const Song& song);
+    /// A recording whose bytes come from encoders by feedEncoded(). stop() ends it when their files
+    /// have ended.
+    void startEncoded(const RecordingOptions& options);
     /// Keeps the last megabytes of the stream and its titles while nothing is recorded; 0: nothing,
     /// and the memory is given back. At most 1024.
     void setBufferSize(int megabytes);
@@ -60,6 +66,9 @@ class StreamRecorder final : public QObject {
     void trackChanged(const Song& song);
     /// The connection is gone; the open file waits for the next one.
     void connectionEnded();
+    /// Any thread, in order: what becomes of an encoded recording, on the writer thread. `bytes`:
+    /// what it holds in memory.
+    void feedEncoded(std::function<void(EncodedSession&)> change, qint64 bytes);
 
     /// Any thread: a JPEG or PNG picture for the tags of files of this track that are not finished.
     void setCover(const QString& track, const QByteArray& picture);

@@ -127,6 +127,8 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
     options.isTitleListKept = m_settings.SaveTracksToFile();
     options.address = QUrl(station.playUrl()).toString(QUrl::RemoveUserInfo);
     options.encoder = m_settings.EncodingStreamType();
+    options.encodingBitrate = m_settings.EncodingBitrate();
+    options.isSameKept = m_settings.RecKeepSameFormat();
     options.station = {station.name, station.country, station.countryState, station.city, schedule};
     return options;
 }

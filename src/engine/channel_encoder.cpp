@@ -1,0 +1,201 @@
+#include "engine/channel_encoder.h"
+
+#include "base/log.h"
+#include "recording/encoded_session.h"
+#include "recording/stream_recorder.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace BASS {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kWatchInterval = 1s;
+constexpr auto kShortDelay = 200ms; // not waited for, deliberately
+
+DWORD delayOf(const RecordingOptions& options) {
+    const auto delay = options.splitDelay;
+    return delay > kShortDelay ? static_cast<DWORD>(delay.count()) : 0;
+}
+
+} // namespace
+
+ChannelEncoder::ChannelEncoder(AudioLibrary& library,
+                               StreamRecorder& recorder,
+                               std::function<QString(int)> errorText)
+    : m_library(library), m_recorder(recorder), m_errorText(std::move(errorText)),
+      m_holder(library) {
+    m_library.SetEncodeRewriteProc(&ChannelEncoder::onRewrite);
+    m_watch.setInterval(kWatchInterval);
+    connect(&m_watch, &QTimer::timeout, this, &ChannelEncoder::check);
+}
+
+ChannelEncoder::~ChannelEncoder() {
+    stop();
+}
+
+void ChannelEncoder::start(const RecordingOptions& options, const Song& song, DWORD channel) {
+    m_recorder.startEncoded(options);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_options = options;
+        m_song = song;
+        m_isActive = true;
+        m_leaving.clear();
+        m_unwanted = 0;
+    }
+    m_watch.start();
+    if (channel != 0)
+        begin(channel);
+}
+
+void ChannelEncoder::begin(DWORD channel) {
+    EncoderRequest request;
+    request.channel = channel;
+    request.encoder = m_options.encoder;
+    request.bitrate = m_options.encodingBitrate;
+    request.proc = &ChannelEncoder::onBytes;
+    request.user = this;
+    request.outputPath = m_options.folder;
+    request.errorText = m_errorText;
+    const auto started = startEncoder(m_library, request);
+    if (const auto* const error = std::get_if<RecordingError>(&started)) {
+        m_recorder.feedEncoded([error = *error](EncodedSession& files) { files.fail(error); }, 0);
+        stop();
+        return;
+    }
+    const HENCODE encoder = std::get<HENCODE>(started);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_holder.setEncoder(encoder);
+    m_recorder.feedEncoded(
+        [encoder, song = m_song](EncodedSession& files) { files.beginFile(encoder, song); }, 0);
+}
+
+void ChannelEncoder::setChannel(DWORD channel) {
+    if (!isActive())
+        return;
+    const HENCODE encoder = m_holder.encoder();
+    if (encoder == 0) {
+        begin(channel);
+        return;
+    }
+    m_recorder.feedEncoded([](EncodedSession& files) { files.connectionBack(); }, 0);
+    if (!m_library.Encode_SetChannel(encoder, channel))
+        qCWarning(lcEngine, "encoder lost its channel error=%d", m_library.ErrorGetCode());
+}
+
+void ChannelEncoder::setPaused(bool isPaused) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_isActive && m_holder.encoder() != 0)
+        m_library.Encode_SetPaused(m_holder.encoder(), isPaused);
+}
+
+void ChannelEncoder::connectionLost() {
+    if (isActive())
+        m_recorder.feedEncoded([](EncodedSession& files) { files.connectionLost(); }, 0);
+}
+
+void ChannelEncoder::stop() {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_isActive)
+            return;
+        m_isActive = false;
+        m_holder.stop();
+    }
+    m_watch.stop();
+    m_recorder.stop();
+}
+
+bool ChannelEncoder::isActive() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_isActive;
+}
+
+void ChannelEncoder::cutAt(const Song& song) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const HENCODE old = m_holder.encoder();
+    const bool isCut = m_isActive && m_options.mode != RecordMode::NoSplit && m_unwanted == 0;
+    const bool isLast = m_options.mode == RecordMode::SingleSong && !m_song.isEmpty();
+    if (!isCut)
+        return;
+    m_song = song;
+    if (old == 0)
+        return;
+    const auto position = static_cast<QWORD>(std::max<qint64>(0, song.position));
+    const HENCODE next =
+        m_library.Encode_CutAt(old, position, delayOf(m_options), &ChannelEncoder::onBytes, this);
+    // 0: one cut is waited for already; its file gets the newest name
+    const HENCODE named = next != 0 ? next : old;
+    if (next != 0) {
+        m_leaving.insert(old);
+        m_holder.cutTo(next);
+    }
+    if (isLast && next != 0) {
+        m_unwanted = next;
+        return;
+    }
+    m_recorder.feedEncoded([named, song](EncodedSession& files) { files.beginFile(named, song); },
+                           0);
+}
+
+// --- an encoder's thread
+
+void ChannelEncoder::onBytes(
+    HENCODE encoder, DWORD /*channel*/, const void* data, DWORD size, void* user) {
+    auto* const self = static_cast<ChannelEncoder*>(user);
+    if (size == 0)
+        self->ended(encoder);
+    else
+        self->bytesCame(encoder, data, size);
+}
+
+void ChannelEncoder::bytesCame(HENCODE encoder, const void* data, DWORD size) {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (encoder == m_unwanted)
+            return;
+    }
+    const QByteArray bytes(static_cast<const char*>(data), static_cast<int>(size));
+    m_recorder.feedEncoded(
+        [encoder, bytes](EncodedSession& files) { files.append(encoder, bytes); }, bytes.size());
+}
+
+void ChannelEncoder::onRewrite(
+    HENCODE encoder, DWORD /*channel*/, const void* data, DWORD size, QWORD offset, void* user) {
+    const QByteArray bytes(static_cast<const char*>(data), static_cast<int>(size));
+    static_cast<ChannelEncoder*>(user)->m_recorder.feedEncoded(
+        [encoder, bytes, at = static_cast<qint64>(offset)](EncodedSession& files) {
+            files.rewrite(encoder, at, bytes);
+        },
+        bytes.size());
+}
+
+void ChannelEncoder::ended(HENCODE encoder) {
+    bool isFailure = false;
+    bool isOver = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const bool wasCut = m_leaving.erase(encoder) > 0;
+        isFailure = m_isActive && !wasCut;
+        isOver = m_isActive && (isFailure || m_unwanted != 0);
+    }
+    m_recorder.feedEncoded(
+        [encoder, isFailure](EncodedSession& files) { files.endFile(encoder, isFailure); }, 0);
+    // the owner's thread ends the rest: an encoder must not be stopped from its own callback
+    if (isOver)
+        QMetaObject::invokeMethod(this, &ChannelEncoder::stop, Qt::QueuedConnection);
+}
+
+/// A library that does not tell the end of an encoder is asked.
+void ChannelEncoder::check() {
+    const HENCODE encoder = m_holder.encoder();
+    if (!isActive() || encoder == 0 || m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
+        return;
+    m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); }, 0);
+    stop();
+}
+
+} // namespace BASS

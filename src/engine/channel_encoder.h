@@ -1,0 +1,69 @@
+#pragma once
+
+#include "recording/encoder_start.h"
+#include "recording/recording_types.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <mutex>
+#include <set>
+
+namespace BASS {
+
+class StreamRecorder;
+
+/// Encodes the channel that plays into the recorder's files, one encoder a file. A cut lies at the
+/// sample that belongs to the title's place in the stream.
+///
+/// *Thread*: GUI; cutAt() on the network thread; the library's encoder threads hand over bytes.
+/// *Owner*: the engine. Library and recorder outlive it, and every channel that it encoded is freed
+/// before it goes. *Life*: start() and stop() in turn.
+class ChannelEncoder final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ChannelEncoder)
+
+  public:
+    ChannelEncoder(AudioLibrary& library,
+                   StreamRecorder& recorder,
+                   std::function<QString(int)> errorText);
+    ~ChannelEncoder() override;
+
+    /// Begins the recorder's session. channel 0: setChannel() brings one later.
+    void start(const RecordingOptions& options, const Song& song, DWORD channel);
+    /// The stream goes on in another channel; before the old one is freed.
+    void setChannel(DWORD channel);
+    void setPaused(bool isPaused);
+    /// The connection is gone; the open file waits.
+    void connectionLost();
+    /// What is queued is encoded, then the recording ends. Returns at once.
+    void stop();
+    [[nodiscard]] bool isActive() const;
+
+    /// Network thread: a new track begins at the song's position.
+    void cutAt(const Song& song);
+
+  private:
+    static void onBytes(HENCODE encoder, DWORD channel, const void* data, DWORD size, void* user);
+    static void onRewrite(
+        HENCODE encoder, DWORD channel, const void* data, DWORD size, QWORD offset, void* user);
+    void bytesCame(HENCODE encoder, const void* data, DWORD size);
+    void ended(HENCODE encoder);
+    void begin(DWORD channel);
+    void check();
+
+    AudioLibrary& m_library;
+    StreamRecorder& m_recorder;
+    const std::function<QString(int)> m_errorText;
+    QTimer m_watch;
+    mutable std::mutex m_mutex; ///< guards what follows
+    EncoderHolder m_holder;
+    RecordingOptions m_options;
+    Song m_song;
+    bool m_isActive = false;
+    std::set<HENCODE> m_leaving; ///< end by a cut
+    HENCODE m_unwanted = 0;      ///< begins where a single song ends
+};
+
+} // namespace BASS

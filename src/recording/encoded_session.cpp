@@ -1,0 +1,217 @@
+#include "recording/encoded_session.h"
+
+#include "base/log.h"
+#include "recording/c_encoder_params.h"
+#include "recording/recording_path.h"
+
+#include <utility>
+
+namespace BASS {
+
+EncodedSession::EncodedSession(RecordingOptions options,
+                               const Clock& clock,
+                               RecordingListener& listener)
+    : m_options(std::move(options)), m_clock(clock), m_listener(listener),
+      m_space(m_options.folder, m_options.minFreeBytes) {
+    m_log.station = m_options.station.station;
+    m_log.address = m_options.address;
+    m_log.started = m_clock.now();
+}
+
+EncodedSession::~EncodedSession() {
+    close();
+}
+
+void EncodedSession::beginFile(quint32 encoder, const Song& song) {
+    if (m_isOver)
+        return;
+    File& file = m_files[encoder];
+    if (file.recording.isOpen())
+        return;
+    file.song = song;
+    file.isNamed = true;
+    const QByteArray waiting = std::exchange(file.waiting, {});
+    if (!waiting.isEmpty())
+        append(encoder, waiting);
+}
+
+void EncodedSession::append(quint32 encoder, const QByteArray& bytes) {
+    if (m_isOver)
+        return;
+    File& file = m_files[encoder];
+    if (!file.isNamed) {
+        file.waiting += bytes;
+        return;
+    }
+    if (!file.recording.isOpen())
+        open(file);
+    if (m_isOver)
+        return;
+    file.recording.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                          static_cast<std::size_t>(bytes.size()));
+    check(file);
+}
+
+void EncodedSession::open(File& file) {
+    if (const auto full = m_space.check(m_clock.steady())) {
+        fail(*full);
+        return;
+    }
+    file.started = m_clock.now();
+    file.startedAt = m_clock.steady();
+    const QString own = m_paths.isEmpty() ? QString() : m_paths.last();
+    const QString extension = encoderExtension(m_options.encoder, false);
+    const bool isOpen =
+        file.recording.open(freeRecordingPath(m_options, file.song, file.started, extension, own));
+    const QString path = file.recording.path();
+    if (!isOpen) {
+        qCWarning(lcRecording).noquote()
+            << "Output File:" << path << file.recording.failure()->detail;
+        check(file);
+        return;
+    }
+    m_paths << path;
+    m_log.tracks.append({file.song, file.started, path, {}});
+    m_listener.fileOpened(path, file.song);
+    if (!file.song.isEmpty())
+        m_listener.titleRecorded(m_log.tracks.last());
+    m_listener.logChanged(m_log);
+}
+
+void EncodedSession::rewrite(quint32 encoder, qint64 offset, const QByteArray& bytes) {
+    const auto found = m_files.find(encoder);
+    if (m_isOver || found == m_files.end() || !found->second.recording.isOpen())
+        return;
+    found->second.recording.rewrite(offset,
+                                    reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                    static_cast<std::size_t>(bytes.size()));
+    check(found->second);
+}
+
+void EncodedSession::endFile(quint32 encoder, bool hasFailed) {
+    const auto found = m_files.find(encoder);
+    if (found != m_files.end()) {
+        closeFile(found->second);
+        m_files.erase(found);
+    }
+    if (hasFailed)
+        fail({RecordingErrorKind::EncoderStopped,
+              recordingErrorText(RecordingErrorKind::EncoderStopped),
+              {}});
+    m_isOver = m_isOver || (m_isFinishing && m_files.empty());
+}
+
+void EncodedSession::closeFile(File& file) {
+    if (!file.recording.isOpen())
+        return;
+    file.recording.flush();
+    RecordedFile finished;
+    finished.path = file.recording.path();
+    finished.song = file.song;
+    finished.bytes = file.recording.size();
+    finished.duration = duration(file);
+    finished.started = file.started;
+    finished.comment = recordingComment(m_log, finished.path);
+    const auto failure = file.recording.failure();
+    file.recording.close();
+    m_finishedBytes += finished.bytes;
+    m_log.files.append({finished.path, finished.duration, finished.bytes});
+    if (finished.bytes > 0)
+        m_listener.fileFinished(finished);
+    else
+        m_paths.removeOne(finished.path);
+    m_listener.logChanged(m_log);
+    if (failure)
+        fail(*failure);
+}
+
+void EncodedSession::close() {
+    m_isOver = true;
+    while (!m_files.empty()) {
+        auto file = m_files.extract(m_files.begin());
+        closeFile(file.mapped());
+    }
+}
+
+void EncodedSession::check(const File& file) {
+    if (file.recording.failure())
+        fail(RecordingError(*file.recording.failure()));
+}
+
+void EncodedSession::connectionLost() {
+    m_lostAt = m_clock.now();
+}
+
+void EncodedSession::connectionBack() {
+    const QDateTime from = std::exchange(m_lostAt, {});
+    File* const file = newestOpen();
+    if (!from.isValid() || file == nullptr)
+        return;
+    m_log.gaps.append(
+        {from, m_clock.now(), file->recording.size(), duration(*file), file->recording.path()});
+    m_listener.logChanged(m_log);
+}
+
+void EncodedSession::flush() {
+    for (auto& file : m_files)
+        file.second.recording.flush();
+}
+
+void EncodedSession::sync() {
+    for (auto& file : m_files) {
+        if (file.second.recording.isOpen())
+            file.second.recording.sync();
+        if (file.second.recording.failure()) {
+            check(file.second);
+            return;
+        }
+    }
+    if (const auto full = m_space.check(m_clock.steady()))
+        fail(*full);
+}
+
+void EncodedSession::finish() {
+    m_isFinishing = true;
+    m_isOver = m_isOver || m_files.empty();
+}
+
+void EncodedSession::fail(const RecordingError& error) {
+    if (m_isOver)
+        return;
+    m_isOver = true;
+    const RecordingError reason = error; // the file that it came from goes now
+    close();
+    m_listener.failed(reason);
+}
+
+std::chrono::milliseconds EncodedSession::duration(const File& file) const {
+    // audio is encoded as fast as it is heard
+    return m_clock.steady() - file.startedAt;
+}
+
+EncodedSession::File* EncodedSession::newestOpen() {
+    for (auto file = m_files.rbegin(); file != m_files.rend(); ++file) {
+        if (file->second.recording.isOpen())
+            return &file->second;
+    }
+    return nullptr;
+}
+
+RecordingProgress EncodedSession::progress() const {
+    RecordingProgress progress;
+    progress.files = m_paths.size();
+    progress.sessionBytes = m_finishedBytes;
+    for (const auto& [encoder, file] : m_files) {
+        if (!file.recording.isOpen())
+            continue;
+        progress.path = file.recording.path();
+        progress.song = file.song;
+        progress.fileBytes = file.recording.size();
+        progress.sessionBytes += progress.fileBytes;
+        progress.fileDuration = duration(file);
+    }
+    m_space.tell(progress);
+    return progress;
+}
+
+} // namespace BASS
