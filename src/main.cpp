@@ -57,15 +57,6 @@ void chooseDisplay() {
     }
 }
 
-void setUpLog(MessageLog& log, const AppSettings& settings) {
-    MessageLogSetup setup;
-    if (settings.CreateLogFile()) {
-        setup.path = settings.dataFile(QStringLiteral("Wavelark.log"));
-    }
-    setup.isDebugKept = settings.AdvancedLogging();
-    log.setUp(setup);
-}
-
 /// Without a display the console says what happens.
 std::unique_ptr<ConsoleReporter> reportOnConsole(const Player& player,
                                                  const AllSkylarkRadio& window) {
@@ -79,7 +70,10 @@ std::unique_ptr<ConsoleReporter> reportOnConsole(const Player& player,
 }
 
 /// Everything that lives as long as the window, in the order of what stands on what.
-int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStringList& arguments) {
+int runWindow(QT_EXT::SingleApplication& app,
+              AppSettings& settings,
+              MessageLog& log,
+              const QStringList& arguments) {
     LanguageManager languages(LanguageManager::standardFolders());
     languages.load(settings.LanguageFile());
     const auto library = BASS::loadAudioProvider(
@@ -120,6 +114,9 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
                      &QT_EXT::SingleApplication::receivedMessage,
                      &window,
                      &AllSkylarkRadio::slot_receivedMessage);
+    QObject::connect(&window, &AllSkylarkRadio::sig_preferencesChanged, [&log, &settings] {
+        log.setUp(messageLogSetup(settings));
+    });
     QApplication::setQuitOnLastWindowClosed(false); // the window says when all is on disk
     window.showNotes(settings.takeMessages() +
                      (loaded ? QStringList() : QStringList(loaded.error())));
@@ -148,7 +145,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     AppSettings settings;
-    setUpLog(log, settings);
+    log.setUp(messageLogSetup(settings));
     storeLanguageSwitch(settings, arguments);
     if (isForwarding({arguments, app.isSecondary(), settings.AllowMultipleInstances()})) {
         app.sendMessage(forwardMessage(arguments), 1000);
@@ -158,5 +155,5 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     applyApplicationProxy(proxySettings(settings));
-    return runWindow(app, settings, arguments);
+    return runWindow(app, settings, log, arguments);
 }
