@@ -322,6 +322,13 @@
     </message>
 </context>
 <context>
+    <name>BASS::FileTagger</name>
+    <message>
+        <source>Cannot write tags to</source>
+        <translation>In diese Datei lassen sich keine Angaben schreiben:</translation>
+    </message>
+</context>
+<context>
     <name>BASS::PlayedStations</name>
     <message>
         <source>The list of played stations cannot be read (%1: %2). It stays as it is, and stations played now are not added to it.</source>
@@ -338,6 +345,13 @@
     <message>
         <source>The list of played stations could not be saved: %1</source>
         <translation>Die Liste der gespielten Sender konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::RecordingSession</name>
+    <message>
+        <source>Only %1 MB are free in %2; recordings leave %3 MB.</source>
+        <translation>In %2 sind nur noch %1 MB frei; Aufnahmen lassen %3 MB übrig.</translation>
     </message>
 </context>
 <context>

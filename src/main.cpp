@@ -8,6 +8,9 @@
 #include "base/clock.h"
 #include "base/log.h"
 #include "engine/app_stream.h"
+#include "platform/console.h"
+#include "platform/crash_report.h"
+#include "platform/keep_awake.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/termination_signals.h"
@@ -102,6 +105,10 @@ int runWindow(QT_EXT::SingleApplication& app,
                             hasDisplay()});
 
     const std::unique_ptr<ConsoleReporter> console = reportOnConsole(player, window);
+    KeepAwake keepAwake;
+    QObject::connect(&player, &Player::sig_recordingChanged, &app, [&keepAwake](bool isRecording) {
+        keepAwake.setActive(isRecording);
+    });
     const TerminationSignals termination;
     QObject::connect(
         &termination, &TerminationSignals::sig_terminate, &window, &AllSkylarkRadio::finishAndQuit);
@@ -129,6 +136,7 @@ int runWindow(QT_EXT::SingleApplication& app,
 } // namespace
 
 int main(int argc, char* argv[]) {
+    attachParentConsole();
     installRegistryGuard();
     qt_set_sequence_auto_mnemonic(true);
     registerResources();
@@ -146,6 +154,8 @@ int main(int argc, char* argv[]) {
     }
     AppSettings settings;
     log.setUp(messageLogSetup(settings));
+    installCrashReport(settings.dataFile(QStringLiteral("crash.txt")),
+                       QCoreApplication::applicationVersion());
     storeLanguageSwitch(settings, arguments);
     if (isForwarding({arguments, app.isSecondary(), settings.AllowMultipleInstances()})) {
         app.sendMessage(forwardMessage(arguments), 1000);

@@ -41,6 +41,8 @@ class OwnSettings {
     TextSetting AudioProvider{m_file, "AudioProvider", "ffmpeg"};
     // Milliseconds of stream time; negative: before the title.
     IntSetting RecSplitDelayMs{m_file, "RecSplitDelayMs", "0"};
+    // A recording ends where the disk has less; 0: no limit.
+    IntSetting RecMinFreeMB{m_file, "RecMinFreeMB", "200"};
     TextSetting LastStationUrl{m_file, "LastStationUrl"};
     TextSetting LastStationName{m_file, "LastStationName"};
     // "system", "light" or "dark"

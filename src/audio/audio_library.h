@@ -1,6 +1,6 @@
 #pragma once
 
-#include "audio/bass_defs.h"
+#include "audio/audio_encoding.h"
 
 namespace BASS {
 
@@ -38,10 +38,10 @@ using TITLEPROC = void(const StreamTitle& title, void* user);
 /// StreamCancel() ends them early. All other functions return without waiting for network or
 /// device. Owner: whoever made it destroys it; that closes every stream and ends every thread.
 /// Life: Init() first. After StreamFree() has returned, no callback of that stream runs or starts.
-class AudioLibrary {
+class AudioLibrary : public AudioEncoding {
   public:
     AudioLibrary() = default;
-    virtual ~AudioLibrary() = default;
+    ~AudioLibrary() override = default;
     AudioLibrary(const AudioLibrary&) = delete;
     AudioLibrary& operator=(const AudioLibrary&) = delete;
 

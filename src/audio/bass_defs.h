@@ -12,6 +12,9 @@ using QWORD = std::uint64_t;
 using HSTREAM = DWORD;
 using HSYNC = DWORD;
 using HPLUGIN = DWORD;
+using HENCODE = DWORD;
+using HWMENCODE = DWORD;
+using HRECORD = DWORD;
 
 // --- error codes ------------------------------------------------------------------------------
 constexpr int BASS_OK = 0;
@@ -60,6 +63,15 @@ constexpr DWORD BASS_STREAM_AUTOFREE = 0x40000;
 constexpr DWORD BASS_STREAM_DECODE = 0x200000;
 constexpr DWORD BASS_STREAM_STATUS = 0x800000; ///< the download callback gets the answer's headers
 constexpr DWORD BASS_UNICODE = 0x80000000;     ///< texts are UTF-16, else Latin-1
+
+// --- encoders ---------------------------------------------------------------------------------
+constexpr DWORD BASS_ENCODE_NOHEAD = 1;   ///< an external program gets no WAV header
+constexpr DWORD BASS_ENCODE_FP_16BIT = 4; ///< an external program gets 16-bit samples
+constexpr DWORD BASS_ENCODE_FP_24BIT = 6; ///< FLAC: 24 bits
+constexpr DWORD BASS_ENCODE_FP_AUTO = 14; ///< FLAC: as many bits as the source has
+constexpr DWORD BASS_ENCODE_PAUSE = 32;   ///< starts paused
+constexpr DWORD BASS_WMA_ENCODE_VBR = 0x10000;
+constexpr DWORD BASS_WMA_ENCODE_STANDARD = 8192;
 
 // --- channels ---------------------------------------------------------------------------------
 constexpr DWORD BASS_ATTRIB_FREQ = 1;

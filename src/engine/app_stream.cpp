@@ -56,6 +56,8 @@ void AppStream::play(const BASS::StationRecord& station) {
     disconnectChannels(isSounding ? std::min<std::chrono::milliseconds>(settings().fadeOut, 300ms)
                                   : 0ms);
     Clear();
+    m_recorder.clearBuffer();
+    m_recorder.setBufferSize(settings().recordingBufferMegabytes);
     m_station = station;
     m_lostAt = 0ms;
     m_reconnectAttempt = 0;
@@ -102,8 +104,22 @@ void AppStream::stop() {
 }
 
 void AppStream::startRecording(const BASS::RecordingOptions& options) {
-    m_recorder.start(options, arrivedSong());
+    // a buffer reaches back to the song that is heard; without one only what arrives can be had
+    const BASS::Song heard = song();
+    const bool hasBuffer = settings().recordingBufferMegabytes > 0 && !heard.isEmpty();
+    m_recorder.start(options, hasBuffer ? heard : arrivedSong());
     emit sig_recordingChanged(m_recorder.isRunning());
+}
+
+bool AppStream::keepLastTitle(const BASS::RecordingOptions& options) {
+    if (!m_recorder.keepLastTitle(options, song()))
+        return false;
+    emit sig_recordingChanged(true);
+    return true;
+}
+
+void AppStream::setRecordingPaused(bool isPaused) {
+    m_recorder.setPaused(isPaused);
 }
 
 void AppStream::stopRecording() {
@@ -227,7 +243,6 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
     m_playedAddress = channel.connect->address();
-    m_lostAt = 0ms;
     const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
                                                          BASS::BASS_ACTIVE_PLAYING;
     if (isOldHeard) {
@@ -280,9 +295,11 @@ void AppStream::connectionLost(unsigned channel) {
     const Channel& lost = isNext ? m_next : m_current;
     if (!(isCurrent || isNext) || isConnecting() || !lost.isLive)
         return;
-    if (steadyNow() - m_connectedAt >= kStableConnection)
+    // a server that takes every connection and drops it again is one long outage
+    if (steadyNow() - m_connectedAt >= kStableConnection || m_lostAt == 0ms) {
         m_reconnectAttempt = 0;
-    m_lostAt = steadyNow();
+        m_lostAt = steadyNow();
+    }
     AddLog(tr("The connection to the station was lost"), true);
     setState(PlayState::Reconnecting);
     scheduleReconnect();

@@ -37,6 +37,10 @@ class AppStream : public BASS::Stream {
 
     /// Starts when the station plays or as soon as its first byte arrives; goes on over reconnects.
     void startRecording(const BASS::RecordingOptions& options);
+    /// The title before the one that is heard, out of the recording buffer; a recording of its own
+    /// that ends by itself. False: the buffer does not hold it, or something is being recorded.
+    bool keepLastTitle(const BASS::RecordingOptions& options);
+    void setRecordingPaused(bool isPaused);
     void stopRecording();
     [[nodiscard]] bool isRecording() const { return m_recorder.isRunning(); }
     [[nodiscard]] BASS::StreamRecorder& recorder() { return m_recorder; }
@@ -88,8 +92,8 @@ class AppStream : public BASS::Stream {
     BASS::Channel m_current; ///< heard
     BASS::Channel m_next; ///< the connection that came back, until the old one has been played out
     BASS::StreamKind m_kind = BASS::StreamKind::None;
-    QString m_playedAddress; ///< of the connection that stood last, after playlists
-    std::chrono::milliseconds m_lostAt{0}; ///< steady; 0: the connection stands
+    QString m_playedAddress;               ///< of the connection that stood last, after playlists
+    std::chrono::milliseconds m_lostAt{0}; ///< steady, begin of the last outage; 0: there was none
     std::chrono::milliseconds m_connectedAt{0};
     int m_reconnectAttempt = 0;
     QTimer m_reconnectTimer;

@@ -37,10 +37,11 @@ struct EngineSettings {
     QString proxy; ///< "user:password@host:port"; empty: none
     int attempts = 2;
     bool isPlaylistChecked = false; ///< every failed try looks whether the address is a playlist
-    int timeoutSeconds = 10; ///< a connection that gives no byte for so long is lost
+    int timeoutSeconds = 10;        ///< a connection that gives no byte for so long is lost
     std::chrono::milliseconds fadeIn{2000};
     std::chrono::milliseconds fadeOut{2000};
     bool isMuteOnPlay = false;
+    int recordingBufferMegabytes = 0; ///< 0: nothing is kept before a recording starts
 };
 
 Q_DECLARE_METATYPE(PlayState)

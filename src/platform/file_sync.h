@@ -1,7 +1,13 @@
 #pragma once
 
 class QFile;
+class QString;
 
 /// Waits until everything written to an open, unbuffered file is on the disk, its length included.
 /// Any thread; blocks. False: the system's error stays readable as usual (errno, GetLastError).
 bool syncFile(const QFile& file);
+
+/// Gives a file the name of another one in the same folder, whose place it takes in one step: at
+/// any time one of the two is there under that name. Neither may be open on Windows. Any thread;
+/// blocks. False: nothing has changed; the system's error stays readable.
+bool moveOver(const QString& from, const QString& to);

@@ -44,7 +44,11 @@ bool CRecord::rename(const QString& path, const Song& song) {
 RecordedFile CRecord::stop() {
     m_writer->finish();
     m_recording.flush();
-    const RecordedFile file{m_recording.path(), m_song, m_recording.size(), duration()};
+    RecordedFile file;
+    file.path = m_recording.path();
+    file.song = m_song;
+    file.bytes = m_recording.size();
+    file.duration = duration();
     m_recording.close();
     m_writer.reset();
     return file;

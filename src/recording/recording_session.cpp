@@ -5,9 +5,11 @@
 #include "recording/ogg_link.h"
 #include "recording/stream_format.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QStorageInfo>
 
 #include <algorithm>
 #include <utility>
@@ -17,6 +19,9 @@ namespace {
 
 /// The first title block of a connection names what runs already; it comes within so many bytes.
 constexpr qint64 kFirstTitleBytes = 65536;
+constexpr std::chrono::seconds kSpaceInterval{5};
+constexpr std::chrono::milliseconds kLeastLead{200};
+constexpr qint64 kMegabyte = 1024 * 1024;
 
 bool canBeCut(StreamFormat format) {
     return format == StreamFormat::Mpeg || format == StreamFormat::Adts ||
@@ -35,6 +40,15 @@ FileNameContext nameContext(const RecordingOptions& options, const Song& song, Q
     return context;
 }
 
+/// Free bytes where the folder is or will be; -1: the system does not say.
+qint64 freeBytesAt(const QString& folder) {
+    QDir dir(folder);
+    while (!dir.exists() && !dir.isRoot())
+        dir.setPath(QFileInfo(dir.absolutePath()).path());
+    const QStorageInfo storage(dir.absolutePath());
+    return storage.isValid() && storage.isReady() ? storage.bytesAvailable() : -1;
+}
+
 } // namespace
 
 RecordingSession::RecordingSession(RecordingOptions options,
@@ -42,7 +56,18 @@ RecordingSession::RecordingSession(RecordingOptions options,
                                    const Clock& clock,
                                    RecordingListener& listener)
     : m_options(std::move(options)), m_clock(clock), m_listener(listener),
-      m_planner(m_options.splitDelay), m_song(std::move(song)) {}
+      m_planner(m_options.splitDelay), m_song(std::move(song)), m_heard(m_song) {
+    if (-m_options.splitDelay > kLeastLead)
+        m_lead = -m_options.splitDelay;
+    m_log.station = m_options.station.station;
+    m_log.address = m_options.address;
+    m_log.started = m_clock.now();
+}
+
+void RecordingSession::beginAt(const Song& song) {
+    m_awaited = song;
+    m_song = {};
+}
 
 RecordingSession::~RecordingSession() {
     finish();
@@ -52,6 +77,7 @@ void RecordingSession::connectionBegan(qint64 position, const QByteArray& header
     if (m_isOver)
         return;
     connectionEnded();
+    noteGapEnd();
     m_isConnected = true;
     m_position = position;
     m_connectionStart = isStart ? position : -1;
@@ -87,8 +113,12 @@ void RecordingSession::detect(bool isEnd) {
     if (isEnd && m_format == StreamFormat::Unknown && m_record.isOpen())
         m_format = m_fileFormat;
     qCInfo(lcRecording) << "RecordingSession::detect format=" << static_cast<int>(m_format);
-    if (!canBeCut(m_format) && m_format != StreamFormat::Ogg && isCutting())
-        qCWarning(lcRecording) << "RecordingSession::detect streams of this format are not cut";
+    if (!canBeCut(m_format) && m_format != StreamFormat::Ogg) {
+        if (isCutting())
+            qCWarning(lcRecording) << "RecordingSession::detect streams of this format are not cut";
+        if (m_awaited)
+            m_song = *std::exchange(m_awaited, std::nullopt);
+    }
     if (m_format == StreamFormat::Ogg)
         m_planner = SplitPlanner(m_options.splitDelay); // its links have the say
     m_parser = makeStreamParser(m_format, m_position - m_undetected.size());
@@ -114,6 +144,10 @@ void RecordingSession::endParser() {
 void RecordingSession::trackChanged(const Song& song, qint64 position) {
     if (m_isOver || m_format == StreamFormat::Ogg || nameFirstFile(song, position))
         return;
+    if (!isCutting()) {
+        noteTitle(song);
+        return;
+    }
     m_planner.addTitle(song, position);
     cutInHistory(position);
     checkFile();
@@ -126,7 +160,32 @@ void RecordingSession::connectionEnded() {
     m_undetected.clear();
     m_isConnected = false;
     m_planner.endConnection(m_position);
+    if (m_record.isOpen())
+        m_lostAt = m_clock.now();
     flush();
+}
+
+void RecordingSession::noteGapEnd() {
+    if (!m_lostAt.isValid())
+        return;
+    const QDateTime from = std::exchange(m_lostAt, {});
+    if (!m_record.isOpen())
+        return;
+    m_log.gaps.append(
+        {from, m_clock.now(), m_record.bytes(), m_record.duration(), m_record.recording().path()});
+    m_listener.logChanged(m_log);
+    if (!m_options.isFileReused)
+        closeFile();
+}
+
+/// A title inside a file that goes on.
+void RecordingSession::noteTitle(const Song& song) {
+    m_heard = song;
+    if (!m_record.isOpen())
+        return;
+    m_log.tracks.append({song, m_clock.now(), m_record.recording().path(), m_record.duration()});
+    m_listener.titleRecorded(m_log.tracks.last());
+    m_listener.logChanged(m_log);
 }
 
 void RecordingSession::pause() {
@@ -164,8 +223,15 @@ void RecordingSession::takeFrame(const AudioFrame& frame) {
         takeLink(frame);
     else if (canBeCut(m_format) && isCutting())
         cutBefore(frame);
+    splitByTime(frame);
     if (m_isOver)
         return;
+    if (m_awaited) {
+        m_fileStream = frame.stream;
+        m_fileFormat = m_format;
+        m_history.push(frame);
+        return;
+    }
     const bool isOther = frame.stream != m_fileStream || m_format != m_fileFormat;
     if (m_record.isOpen() && isOther)
         closeFile();
@@ -189,11 +255,28 @@ void RecordingSession::takeLink(const AudioFrame& frame) {
         return;
     if (isCutting() || !m_record.isOpen())
         cut(song);
+    else if (song.track != m_heard.track)
+        noteTitle(song);
 }
 
 void RecordingSession::cutBefore(const AudioFrame& frame) {
-    if (const auto song = m_planner.beforeFrame(frame.position, m_history.now()))
+    const auto song = m_planner.beforeFrame(frame.position, m_history.now());
+    if (!song)
+        return;
+    if (m_lead.count() > 0 && (m_record.isOpen() || m_awaited))
+        cutAt(m_history.firstFrom(m_history.now() - m_lead), *song);
+    else
         cut(*song);
+}
+
+/// Parts of a recording that is not split by its titles.
+void RecordingSession::splitByTime(const AudioFrame& frame) {
+    const bool canSplit = canBeCut(m_format) || frame.link != nullptr;
+    if (isCutting() || !canSplit || m_options.splitEvery.count() <= 0 || !m_record.isOpen() ||
+        m_record.duration() < m_options.splitEvery)
+        return;
+    const Song song = m_heard;
+    cut(song);
 }
 
 /// A title that comes after its place was written: the tail behind the cut moves to the next file.
@@ -206,13 +289,23 @@ void RecordingSession::cutInHistory(qint64 position) {
         const auto song = m_planner.beforeFrame(m_history.frame(at).position, m_history.time(at));
         if (!song)
             continue;
-        const FrameHistory tail = m_history.takeFrom(at);
-        m_fileFrames -= tail.size();
-        m_record.takeBack(tail);
-        cut(*song);
-        takeFrames(FrameList(tail.begin(), tail.end()));
+        const auto early = m_history.firstFrom(m_history.time(at) - m_lead);
+        cutAt(m_lead.count() > 0 ? early : at, *song);
         return;
     }
+}
+
+/// Cuts before a frame of the history; those from it on move to the next file.
+void RecordingSession::cutAt(std::size_t at, const Song& song) {
+    if (m_record.isOpen())
+        at = std::max(at, m_history.size() - m_fileFrames);
+    const FrameHistory tail = m_history.takeFrom(at);
+    if (m_record.isOpen()) {
+        m_fileFrames -= tail.size();
+        m_record.takeBack(tail);
+    }
+    cut(song);
+    takeFrames(FrameList(tail.begin(), tail.end()));
 }
 
 void RecordingSession::cut(const Song& song) {
@@ -225,24 +318,30 @@ void RecordingSession::cut(const Song& song) {
         m_isOver = true;
         return;
     }
-    m_song = song;
+    m_song = m_heard = song;
+    if (m_awaited && m_awaited->track == song.track)
+        m_awaited.reset();
 }
 
 /// A recording that begins together with its connection opens its file before it can know the
 /// title; the first title block then names that file instead of cutting it.
 bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
-    if (!m_song.isEmpty() || m_paths.size() > 1 || m_connectionStart < 0 ||
+    if (!m_song.isEmpty() || m_awaited || m_paths.size() > 1 || m_connectionStart < 0 ||
         position - m_connectionStart > kFirstTitleBytes)
         return false;
-    m_song = song;
+    m_song = m_heard = song;
     if (!m_record.isOpen())
         return true;
     const QString old = m_record.recording().path();
     const QString path = freePath(QFileInfo(old).suffix());
     if (m_record.rename(path, song)) {
         m_paths.last() = path;
+        m_log.rename(old, path);
         m_listener.fileOpened(path, song);
     }
+    m_log.tracks.last().song = song;
+    m_listener.titleRecorded(m_log.tracks.last());
+    m_listener.logChanged(m_log);
     checkFile();
     return true;
 }
@@ -277,22 +376,35 @@ void RecordingSession::openFile(const AudioFrame& first) {
     m_fileFormat = m_format;
     m_fileStream = first.stream;
     m_fileFrames = 0;
+    if (!checkSpace())
+        return;
     if (m_record.open(freePath(streamExtension(m_format, first)), m_song, std::move(start))) {
         m_paths << m_record.recording().path();
         qCInfo(lcRecording) << "RecordingSession::openFile path=" << m_paths.last();
+        m_fileStarted = m_clock.now();
+        m_log.tracks.append({m_song, m_fileStarted, m_paths.last(), {}});
         m_listener.fileOpened(m_paths.last(), m_song);
+        if (!m_song.isEmpty())
+            m_listener.titleRecorded(m_log.tracks.last());
+        m_listener.logChanged(m_log);
     }
     checkFile();
 }
 
 void RecordingSession::closeFile() {
-    const RecordedFile file = m_record.stop();
+    RecordedFile file = m_record.stop();
+    file.started = m_fileStarted;
+    file.comment = recordingComment(m_log, file.path);
     m_fileFrames = 0;
     m_finishedBytes += file.bytes;
-    if (file.bytes > 0)
+    if (file.bytes > 0) {
+        m_log.files.append({file.path, file.duration, file.bytes});
         m_listener.fileFinished(file);
-    else
+    } else {
+        m_log.forget(file.path);
         m_paths.removeOne(file.path);
+    }
+    m_listener.logChanged(m_log);
     checkFile();
 }
 
@@ -313,6 +425,26 @@ void RecordingSession::sync() {
         return;
     m_record.sync();
     checkFile();
+    checkSpace();
+}
+
+/// A disk that fills up is left before the last byte is gone: other programs need it, too.
+bool RecordingSession::checkSpace() {
+    const auto now = m_clock.steady();
+    if (m_isOver || (m_spaceChecked && now - *m_spaceChecked < kSpaceInterval))
+        return !m_isOver;
+    m_spaceChecked = now;
+    m_freeBytes = freeBytesAt(m_options.folder);
+    if (m_freeBytes < 0 || m_freeBytes >= m_options.minFreeBytes)
+        return true;
+    fail({RecordingErrorKind::CannotWrite,
+          recordingErrorText(RecordingErrorKind::CannotWrite),
+          QCoreApplication::translate("BASS::RecordingSession",
+                                      "Only %1 MB are free in %2; recordings leave %3 MB.")
+              .arg(QString::number(m_freeBytes / kMegabyte),
+                   QDir::toNativeSeparators(m_options.folder),
+                   QString::number(m_options.minFreeBytes / kMegabyte))});
+    return false;
 }
 
 void RecordingSession::finish() {
@@ -346,6 +478,12 @@ RecordingProgress RecordingSession::progress() const {
         progress.sessionBytes += progress.fileBytes;
         progress.fileDuration = m_record.duration();
     }
+    progress.freeBytes = m_freeBytes;
+    const qint64 spare = m_freeBytes - m_options.minFreeBytes;
+    if (m_freeBytes >= 0 && progress.fileBytes > 0 && progress.fileDuration.count() > 0)
+        progress.remaining = std::chrono::duration_cast<std::chrono::seconds>(
+            progress.fileDuration * (static_cast<double>(std::max<qint64>(spare, 0)) /
+                                     static_cast<double>(progress.fileBytes)));
     return progress;
 }
 

@@ -18,6 +18,9 @@ class RecordingListener {
     virtual ~RecordingListener() = default;
     virtual void fileOpened(const QString& path, const Song& song) = 0;
     virtual void fileFinished(const RecordedFile& file) = 0;
+    /// Something was added to what the session tells of itself.
+    virtual void logChanged(const SessionLog& log) = 0;
+    virtual void titleRecorded(const SessionLog::Track& track) = 0;
     virtual void failed(const RecordingError& error) = 0;
 };
 
@@ -37,6 +40,10 @@ class RecordingSession final {
                      RecordingListener& listener);
     ~RecordingSession();
 
+    /// Nothing is written before the file of this song begins; what comes until then is the
+    /// pre-roll of its first frame. Called before the first byte. Streams that cannot be cut begin
+    /// at once.
+    void beginAt(const Song& song);
     /// `position`: of the connection's next byte in all bytes fed. `header`: what the connection
     /// has sent before it that its format cannot do without. `isStart`: no byte was sent before.
     void connectionBegan(qint64 position, const QByteArray& header, bool isStart);
@@ -67,7 +74,12 @@ class RecordingSession final {
     void takeLink(const AudioFrame& frame);
     void cutBefore(const AudioFrame& frame);
     void cutInHistory(qint64 position);
+    void cutAt(std::size_t at, const Song& song);
     void cut(const Song& song);
+    void splitByTime(const AudioFrame& frame);
+    void noteGapEnd();
+    void noteTitle(const Song& song);
+    bool checkSpace();
     void openFile(const AudioFrame& first);
     void closeFile();
     void checkFile();
@@ -79,7 +91,10 @@ class RecordingSession final {
     const Clock& m_clock;
     RecordingListener& m_listener;
     SplitPlanner m_planner;
-    Song m_song; ///< of the open file, or of the next one
+    std::chrono::milliseconds m_lead{0}; ///< so much before its title lies a cut
+    Song m_song;                         ///< of the open file, or of the next one
+    Song m_heard;                        ///< the newest title in the open file
+    std::optional<Song> m_awaited;       ///< see beginAt()
 
     // the connection
     QByteArray m_undetected;
@@ -100,6 +115,11 @@ class RecordingSession final {
     StreamFormat m_fileFormat = StreamFormat::Unknown;
     quint32 m_fileStream = 0;
     QStringList m_paths;
+    QDateTime m_fileStarted;
+    SessionLog m_log;
+    QDateTime m_lostAt; ///< invalid: not lost
+    qint64 m_freeBytes = -1;
+    std::optional<std::chrono::milliseconds> m_spaceChecked; ///< steady
     qint64 m_finishedBytes = 0;
     bool m_isOver = false;
 };

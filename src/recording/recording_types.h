@@ -1,7 +1,9 @@
 #pragma once
 
+#include "recording/session_log.h"
 #include "stations/song.h"
 
+#include <QDateTime>
 #include <QMetaType>
 #include <QString>
 
@@ -39,8 +41,18 @@ struct RecordingOptions {
     bool overwrite = false;
     bool isMp3CutByteExact =
         false; ///< no pre-roll and no Info frame: files join to the served bytes
-    std::chrono::milliseconds splitDelay{0}; ///< stream time from the title to the cut
-    int encoder = 0;                         ///< 0: the stream's own data
+    /// Stream time from the title to the cut; negative: the cut lies before the title. Up to 200 ms
+    /// either way are none.
+    std::chrono::milliseconds splitDelay{0};
+    std::chrono::minutes splitEvery{0}; ///< of stream time, without splitting by titles; 0: never
+    bool isFileReused = true;           ///< false: a new file begins behind every lost connection
+    qint64 minFreeBytes = 0;            ///< the recording ends where the disk has less; 0: no limit
+    int encoder = 0;                    ///< 0: the stream's own data
+    bool hasTags = false;               ///< finished files get tags
+    bool hasTrackList = false; ///< a track list, and a log of gaps, are kept beside the files
+    TrackListOptions trackList;
+    bool isTitleListKept = false; ///< every title is added to "tracks.txt" in the folder
+    QString address;              ///< of the stream, without user and password
     PatternValues station;
 };
 
@@ -66,6 +78,8 @@ struct RecordedFile {
     Song song;
     qint64 bytes = 0;
     std::chrono::milliseconds duration{0}; ///< of the audio in it
+    QDateTime started;
+    QString comment; ///< where it comes from and what is missing
 };
 
 /// State for the window; emitted a few times a second while bytes come in.
@@ -76,6 +90,8 @@ struct RecordingProgress {
     qint64 sessionBytes = 0;
     int files = 0; ///< opened in this session so far
     std::chrono::milliseconds fileDuration{0};
+    qint64 freeBytes = -1;              ///< on the disk; -1: not known
+    std::chrono::seconds remaining{-1}; ///< until the disk's limit is reached; -1: not known
 };
 
 } // namespace BASS

@@ -38,6 +38,11 @@ std::size_t StreamHistory::firstFrom(qint64 position) const {
     return static_cast<std::size_t>(at - m_frames.begin());
 }
 
+std::size_t StreamHistory::firstFrom(Time time) const {
+    const auto at = std::lower_bound(m_times.begin(), m_times.end(), time);
+    return static_cast<std::size_t>(at - m_times.begin());
+}
+
 FrameHistory StreamHistory::preRoll() const {
     FrameHistory before;
     for (std::size_t n = m_frames.size(); n > 0 && before.size() < kPreRollFrames; --n) {

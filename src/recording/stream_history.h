@@ -22,6 +22,8 @@ class StreamHistory {
     [[nodiscard]] Time time(std::size_t at) const { return m_times[at]; }
     /// The first frame at or behind a place of the stream; size(): all lie before it.
     [[nodiscard]] std::size_t firstFrom(qint64 position) const;
+    /// The first frame that begins at or behind a stream time; size(): all begin before it.
+    [[nodiscard]] std::size_t firstFrom(Time time) const;
     /// What lies directly before a frame that follows the newest one; nothing across a gap.
     [[nodiscard]] FrameHistory preRoll() const;
     /// Removes the frames from `at` on, in their order, and sets the time back to their beginning.

@@ -3,23 +3,22 @@
 #include "base/check.h"
 #include "base/clock.h"
 #include "base/log.h"
+#include "recording/mailbox.h"
+#include "recording/recording_buffer.h"
 #include "recording/recording_session.h"
+#include "recording/session_publisher.h"
 #include "recording/stream_header_keeper.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QPointer>
 #include <QThread>
 
-#include <atomic>
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
-#include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <variant>
-#include <vector>
 
 namespace BASS {
 namespace {
@@ -28,14 +27,12 @@ using std::chrono::milliseconds;
 
 constexpr qint64 kMaxQueuedBytes = 64 * 1024 * 1024;
 constexpr qint64 kFirstMark = 1024 * 1024;
+constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr int kMaxBufferMegabytes = 1024;
 constexpr int kBlockBytes = 65536; ///< small appends are gathered into blocks of this size
 constexpr milliseconds kSyncInterval{1000};
 constexpr milliseconds kProgressInterval{250};
 
-struct StartItem {
-    RecordingOptions options;
-    Song song;
-};
 struct StopItem {};
 struct OverflowItem {};
 /// `isStart`: no byte of the connection came before; else the recording joins it.
@@ -43,6 +40,14 @@ struct ConnectionItem {
     qint64 position = 0;
     QByteArray header;
     bool isStart = false;
+};
+struct StartItem {
+    RecordingOptions options;
+    Song song;
+    std::unique_ptr<RecordingBuffer> buffer; ///< what comes first; null: nothing
+    BufferStart from;
+    std::optional<ConnectionItem> live; ///< the connection that stands at the buffer's end
+    bool hasEnded = false;              ///< only what the buffer holds is wanted
 };
 struct ConnectionEndItem {};
 struct PauseItem {};
@@ -64,44 +69,10 @@ using Item = std::variant<StartItem,
                           TrackItem,
                           QByteArray>;
 
-/// Carries calls from the writer thread to the thread that the recorder lives on, in their order.
-/// What is not delivered when it goes is dropped with it.
-class Mailbox final : public QObject {
-  public:
-    /// Any thread.
-    void post(std::function<void()> call) {
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_calls.push_back(std::move(call));
-            if (m_calls.size() > 1)
-                return; // the event is on its way
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-  protected:
-    void customEvent(QEvent*) override {
-        std::vector<std::function<void()>> calls;
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            calls.swap(m_calls);
-        }
-        const QPointer<Mailbox> self(this);
-        for (const auto& call : calls) {
-            if (self) // a slot may have destroyed the recorder
-                call();
-        }
-    }
-
-  private:
-    std::mutex m_mutex; ///< guards m_calls
-    std::vector<std::function<void()>> m_calls;
-};
-
 } // namespace
 
-struct StreamRecorder::Private final : public RecordingListener {
-    explicit Private(StreamRecorder& recorder) : owner(recorder) {}
+struct StreamRecorder::Private {
+    explicit Private(StreamRecorder& recorder) : owner(recorder), publisher(recorder, mailbox) {}
 
     // GUI thread
     void ensureThread();
@@ -111,6 +82,9 @@ struct StreamRecorder::Private final : public RecordingListener {
     void put(Item item);
     void appendQueued(const char* data, qint64 bytes);
     [[nodiscard]] ConnectionItem joinItem() const;
+    void startSession(StartItem item);
+    void appendBuffered(const char* data, qint64 bytes);
+    [[nodiscard]] bool isBuffering() const { return !isFed && buffer != nullptr; }
 
     // writer thread
     void run();
@@ -118,14 +92,14 @@ struct StreamRecorder::Private final : public RecordingListener {
     void release(const std::deque<Item>& items);
     void handle(Item& item);
     void handleStart(StartItem& item);
+    void feedBuffer(const StartItem& item);
+    void feedMark(const RecordingBuffer& held, const RecordingBuffer::Mark& mark);
     void endSession();
     void afterBatch();
-    void fileOpened(const QString& path, const Song& song) override;
-    void fileFinished(const RecordedFile& file) override;
-    void failed(const RecordingError& error) override;
 
     StreamRecorder& owner;
     Mailbox mailbox;
+    SessionPublisher publisher;
     SystemClock clock;
     int startedSessions = 0;  ///< GUI thread
     int finishedSessions = 0; ///< GUI thread
@@ -143,6 +117,8 @@ struct StreamRecorder::Private final : public RecordingListener {
     qint64 connectionStart = 0; ///< of fedBytes
     StreamHeaderKeeper keeper;
     int queuedSessions = 0;
+    qint64 bufferBytes = 0; ///< 0: no buffer
+    std::unique_ptr<RecordingBuffer> buffer;
 
     std::thread thread;
 
@@ -167,6 +143,7 @@ void StreamRecorder::Private::endThread() {
     if (thread.joinable())
         thread.join();
     isThreadEnding = false;
+    publisher.wait();
 }
 
 void StreamRecorder::Private::put(Item item) {
@@ -192,6 +169,24 @@ void StreamRecorder::Private::appendQueued(const char* data, qint64 bytes) {
         block->append(data, static_cast<int>(bytes));
     else
         put(QByteArray(data, static_cast<int>(bytes)));
+}
+
+/// The buffer is made when there is something to keep; it goes into the recording that starts.
+void StreamRecorder::Private::appendBuffered(const char* data, qint64 bytes) {
+    if (bufferBytes == 0)
+        return;
+    if (!buffer) {
+        buffer = std::make_unique<RecordingBuffer>(bufferBytes, fedBytes - bytes);
+        buffer->connectionBegan(fedBytes - bytes == connectionStart);
+    }
+    buffer->append(data, bytes);
+}
+
+void StreamRecorder::Private::startSession(StartItem item) {
+    ensureThread();
+    ++startedSessions;
+    ++queuedSessions;
+    put(std::move(item));
 }
 
 ConnectionItem StreamRecorder::Private::joinItem() const {
@@ -266,8 +261,61 @@ void StreamRecorder::Private::handleStart(StartItem& item) {
     endSession();
     ++takenSessions;
     lastSync = lastProgress = clock.steady();
-    session = std::make_unique<RecordingSession>(
-        std::move(item.options), std::move(item.song), clock, *this);
+    publisher.begin(item.options);
+    session =
+        std::make_unique<RecordingSession>(item.options, std::move(item.song), clock, publisher);
+    if (item.buffer)
+        feedBuffer(item);
+    if (item.hasEnded)
+        endSession();
+}
+
+/// What the buffer holds, in the order in which it came.
+void StreamRecorder::Private::feedBuffer(const StartItem& item) {
+    const RecordingBuffer& held = *item.buffer;
+    qint64 at = item.from.position;
+    qCInfo(lcRecording).noquote() << "Copying recording file=" << item.options.folder;
+    qCInfo(lcRecording) << "Copying recording size=" << held.end() - at;
+    if (item.from.awaited)
+        session->beginAt(*item.from.awaited);
+    bool isJoined = false;
+    const auto feedUpTo = [&](qint64 end) {
+        if (at < end && !isJoined) {
+            const QByteArray header = held.headerAt(at);
+            const bool isLive = header.isEmpty() && item.live;
+            session->connectionBegan(at, isLive ? item.live->header : header, false);
+            isJoined = true;
+        }
+        while (at < end && !session->isOver()) {
+            const QByteArray block = held.read(at, std::min<qint64>(kBlockBytes, end - at));
+            qCDebug(lcRecording) << "Copying recording data bytes=" << block.size();
+            session->append(block);
+            at += block.size();
+        }
+    };
+    for (const RecordingBuffer::Mark& mark : held.marks()) {
+        if (mark.position < at)
+            continue;
+        feedUpTo(mark.position);
+        if (mark.event != RecordingBuffer::Event::Title)
+            isJoined = mark.event == RecordingBuffer::Event::ConnectionBegan;
+        feedMark(held, mark);
+    }
+    feedUpTo(held.end());
+    if (item.live && !isJoined)
+        session->connectionBegan(item.live->position, item.live->header, item.live->isStart);
+}
+
+void StreamRecorder::Private::feedMark(const RecordingBuffer& held,
+                                       const RecordingBuffer::Mark& mark) {
+    if (mark.event == RecordingBuffer::Event::Title)
+        session->trackChanged(mark.song, mark.position);
+    else if (mark.event == RecordingBuffer::Event::ConnectionEnded)
+        session->connectionEnded();
+    else
+        session->connectionBegan(mark.position,
+                                 mark.isStart ? QByteArray() : held.headerAt(mark.position),
+                                 mark.isStart);
 }
 
 void StreamRecorder::Private::endSession() {
@@ -280,7 +328,7 @@ void StreamRecorder::Private::endSession() {
         const std::lock_guard<std::mutex> lock(mutex);
         isFed = isFed && queuedSessions > takenSessions;
     }
-    mailbox.post([this, paths] {
+    publisher.finish([this, paths] {
         ++finishedSessions;
         emit owner.sig_finished(paths);
     });
@@ -308,18 +356,6 @@ void StreamRecorder::Private::afterBatch() {
         mailbox.post([this, progress] { emit owner.sig_progress(progress); });
 }
 
-void StreamRecorder::Private::fileOpened(const QString& path, const Song& song) {
-    mailbox.post([this, path, song] { emit owner.sig_fileOpened(path, song); });
-}
-
-void StreamRecorder::Private::fileFinished(const RecordedFile& file) {
-    mailbox.post([this, file] { emit owner.sig_fileFinished(file); });
-}
-
-void StreamRecorder::Private::failed(const RecordingError& error) {
-    mailbox.post([this, error] { emit owner.sig_failed(error); });
-}
-
 StreamRecorder::StreamRecorder(QObject* parent)
     : QObject(parent), m_private(std::make_unique<Private>(*this)) {
     qRegisterMetaType<BASS::Song>();
@@ -334,15 +370,53 @@ StreamRecorder::~StreamRecorder() {
 
 void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     WL_CHECK(QThread::currentThread() == thread());
-    m_private->ensureThread();
-    ++m_private->startedSessions;
     const std::lock_guard<std::mutex> lock(m_private->mutex);
-    ++m_private->queuedSessions;
-    m_private->put(StartItem{options, song});
+    StartItem item;
+    item.options = options;
+    item.song = song;
+    const bool hasBuffer = m_private->isBuffering();
+    if (hasBuffer) {
+        item.from = planBufferStart(*m_private->buffer, song, options.mode == RecordMode::NoSplit);
+        item.buffer = std::move(m_private->buffer);
+        if (m_private->isConnected)
+            item.live = m_private->joinItem();
+    }
+    m_private->startSession(std::move(item));
     m_private->isFed = true;
     m_private->isPaused = false;
-    if (m_private->isConnected)
+    // a buffer ends within the connection that stands
+    if (m_private->isConnected && !hasBuffer)
         m_private->put(m_private->joinItem());
+}
+
+bool StreamRecorder::keepLastTitle(const RecordingOptions& options, const Song& running) {
+    WL_CHECK(QThread::currentThread() == thread());
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    if (!m_private->isBuffering())
+        return false;
+    const auto from = planLastTitle(*m_private->buffer, running);
+    StartItem item;
+    if (from)
+        item.buffer = m_private->buffer->copyFrom(from->position);
+    if (!item.buffer)
+        return false;
+    item.from = *from;
+    item.options = options;
+    item.options.mode = RecordMode::SingleSong;
+    if (m_private->isConnected)
+        item.live = m_private->joinItem();
+    item.hasEnded = true;
+    m_private->startSession(std::move(item));
+    return true;
+}
+
+void StreamRecorder::setBufferSize(int megabytes) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    const qint64 bytes = std::clamp(megabytes, 0, kMaxBufferMegabytes) * kMegabyte;
+    if (bytes == m_private->bufferBytes)
+        return;
+    m_private->bufferBytes = bytes;
+    m_private->buffer.reset();
 }
 
 void StreamRecorder::stop() {
@@ -356,6 +430,10 @@ void StreamRecorder::stop() {
 void StreamRecorder::stopAndWait() {
     stop();
     m_private->endThread();
+}
+
+void StreamRecorder::setCover(const QString& track, const QByteArray& picture) {
+    m_private->publisher.setCover(track, picture);
 }
 
 bool StreamRecorder::isRunning() const {
@@ -380,6 +458,8 @@ void StreamRecorder::connectionBegan() {
     m_private->keeper.reset();
     if (m_private->isFed)
         m_private->put(m_private->joinItem());
+    else if (m_private->isBuffering())
+        m_private->buffer->connectionBegan(true);
 }
 
 void StreamRecorder::append(const char* data, qint64 bytes) {
@@ -388,15 +468,18 @@ void StreamRecorder::append(const char* data, qint64 bytes) {
     m_private->keeper.push(data, static_cast<qsizetype>(bytes));
     if (m_private->isFed && !m_private->isPaused)
         m_private->appendQueued(data, bytes);
+    else if (!m_private->isFed)
+        m_private->appendBuffered(data, bytes);
 }
 
 void StreamRecorder::trackChanged(const Song& song) {
     const std::lock_guard<std::mutex> lock(m_private->mutex);
-    if (!m_private->isFed)
-        return;
     const qint64 position =
         song.position >= 0 ? m_private->connectionStart + song.position : m_private->fedBytes;
-    m_private->put(TrackItem{song, position});
+    if (m_private->isFed)
+        m_private->put(TrackItem{song, position});
+    else if (m_private->isBuffering())
+        m_private->buffer->addTitle(song, position);
 }
 
 void StreamRecorder::connectionEnded() {
@@ -404,6 +487,14 @@ void StreamRecorder::connectionEnded() {
     m_private->isConnected = false;
     if (m_private->isFed)
         m_private->put(ConnectionEndItem{});
+    else if (m_private->isBuffering())
+        m_private->buffer->connectionEnded(m_private->keeper.header());
+}
+
+void StreamRecorder::clearBuffer() {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    if (m_private->buffer)
+        m_private->buffer->clear();
 }
 
 } // namespace BASS

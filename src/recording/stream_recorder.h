@@ -29,7 +29,18 @@ class StreamRecorder final : public QObject {
 
     // --- GUI thread -----------------------------------------------------------------------------
     /// `song` names the first file where the stream has not said a title yet (may be empty).
+    /// What the buffer holds comes first: without splitting all of it, else from the beginning of
+    /// the song on, or all of it where its beginning is gone.
     void start(const RecordingOptions& options, const Song& song);
+    /// Keeps the last megabytes of the stream and its titles while nothing is recorded; 0: nothing,
+    /// and the memory is given back. At most 1024.
+    void setBufferSize(int megabytes);
+    /// Another station: what is buffered of the last one is forgotten.
+    void clearBuffer();
+    /// Writes the title before the running one to a file, by a recording of its own that ends at
+    /// once, where the buffer holds it from its beginning. `running`: the song that is heard;
+    /// empty: the newest one. False: there is no such title.
+    bool keepLastTitle(const RecordingOptions& options, const Song& running);
     /// Everything fed so far is written, then sig_finished comes. Returns at once.
     void stop();
     /// As stop(), and waits for the disk. For shutdown only.
@@ -50,9 +61,13 @@ class StreamRecorder final : public QObject {
     /// The connection is gone; the open file waits for the next one.
     void connectionEnded();
 
+    /// Any thread: a JPEG or PNG picture for the tags of files of this track that are not finished.
+    void setCover(const QString& track, const QByteArray& picture);
+
   signals:
     /// Comes once more for the same file where its first title gives it another name.
     void sig_fileOpened(const QString& path, const BASS::Song& song);
+    /// Closed, on the disk, and its tags are in it.
     void sig_fileFinished(const BASS::RecordedFile& file);
     void sig_progress(const BASS::RecordingProgress& progress);
     /// The recording has ended by itself; what was written before is safe. sig_finished follows.

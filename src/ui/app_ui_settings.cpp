@@ -7,10 +7,14 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QUrl>
 
 #include <algorithm>
 
 namespace {
+
+constexpr qint64 kMegabyte = 1024 * 1024;
+constexpr int kBufferMegabytes = 16; ///< a quarter of an hour at 128 kbit/s
 
 BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     if (mode != BASS::RecordMode::FromSettings) {
@@ -100,6 +104,15 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
     options.splitDelay =
         std::chrono::milliseconds(station.splitDelayMs > 0 ? static_cast<int>(station.splitDelayMs)
                                                            : m_settings.RecSplitDelayMs());
+    options.splitEvery = std::chrono::minutes(std::max(0, m_settings.RecSplitMins()));
+    options.isFileReused = m_settings.ReuseCurrentRecFile();
+    options.minFreeBytes = std::max(0, m_settings.RecMinFreeMB()) * kMegabyte;
+    options.hasTags = m_settings.SaveTagsForTrackFile();
+    options.hasTrackList = m_settings.AutoSaveTrackHistory();
+    options.trackList = {m_settings.AutoSaveTrackHistoryFormat(),
+                         m_settings.AddDateToTrackHistory()};
+    options.isTitleListKept = m_settings.SaveTracksToFile();
+    options.address = QUrl(station.playUrl()).toString(QUrl::RemoveUserInfo);
     options.encoder = m_settings.EncodingStreamType();
     options.station = {station.name, station.country, station.countryState, station.city, schedule};
     return options;
@@ -117,6 +130,9 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.timeoutSeconds = m_settings.TimeoutValue();
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
+    if (!m_settings.DoNotUseRecBuffer())
+        engine.recordingBufferMegabytes =
+            m_settings.RecBufferSize() > 0 ? m_settings.RecBufferSize() : kBufferMegabytes;
     return engine;
 }
 

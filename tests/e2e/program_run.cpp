@@ -76,8 +76,14 @@ QStringList ProgramRun::recordings() const {
     QDirIterator it(recordingFolder(), QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext())
         paths.append(it.next());
-    std::sort(paths.begin(), paths.end(), [](const QString& a, const QString& b) {
-        return QFileInfo(a).birthTime() < QFileInfo(b).birthTime();
+    // a tagged file is a new one by its dates: the program says in which order they were finished
+    const auto place = [this](const QString& path) {
+        const int at = m_output.indexOf(QStringLiteral("Recorded: ") + path);
+        return at < 0 ? m_output.size() : at;
+    };
+    std::sort(paths.begin(), paths.end(), [&place](const QString& a, const QString& b) {
+        return place(a) != place(b) ? place(a) < place(b)
+                                    : QFileInfo(a).birthTime() < QFileInfo(b).birthTime();
     });
     return paths;
 }

@@ -50,7 +50,8 @@ QStringList arguments(const QString& url, const char* action, int seconds) {
 QByteArray laidEndToEnd(const QStringList& paths, bool isMp3) {
     QByteArray all;
     for (const QString& path : paths)
-        all += isMp3 ? media::mp3StreamBytes(readAll(path), path != paths.first()) : readAll(path);
+        all += isMp3 ? media::mp3StreamBytes(readAll(path), path != paths.first())
+                     : media::withoutId3(readAll(path));
     return all;
 }
 

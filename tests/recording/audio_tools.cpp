@@ -1,6 +1,7 @@
 #include "recording/audio_tools.h"
 
 #include "audio/frame_header.h"
+#include "support/media_tools.h"
 
 #include <QFile>
 #include <QHash>
@@ -140,6 +141,10 @@ QByteArray fileBytes(const QString& path) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
     return file.readAll();
+}
+
+QByteArray audioBytes(const QString& path) {
+    return media::withoutId3(fileBytes(path));
 }
 
 QString fileWith(const QByteArray& bytes, const QString& suffix) {

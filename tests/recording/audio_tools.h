@@ -31,6 +31,8 @@ Decoded decodedByMpg123(const QString& path);
 double probedSeconds(const QString& path);
 
 QByteArray fileBytes(const QString& path);
+/// Without an ID3v2 tag in front.
+QByteArray audioBytes(const QString& path);
 /// A file of its own in the process's temporary folder.
 QString fileWith(const QByteArray& bytes, const QString& suffix);
 

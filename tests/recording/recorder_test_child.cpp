@@ -1,8 +1,7 @@
 #include "recording/stream_recorder.h"
+#include "support/system.h"
 
 #include <QCoreApplication>
-
-#include <unistd.h>
 
 #include <array>
 
@@ -17,7 +16,7 @@ int main(int argc, char** argv) {
     recorder.connectionBegan();
     std::array<char, 4096> buffer{};
     for (;;) {
-        const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+        const qint64 count = test_system::readStandardInput(buffer.data(), buffer.size());
         if (count <= 0)
             return 1;
         recorder.append(buffer.data(), count);

@@ -9,9 +9,6 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 namespace {
 
@@ -21,49 +18,32 @@ QByteArray mp3() {
     return lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});
 }
 
-/// The largest file that this process may write, as a disk that is full.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        rlimit limit = m_old;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-  private:
-    rlimit m_old{};
-    void (*m_oldHandler)(int);
-};
-
 } // namespace
 
-TEST(RecordingFailure, FullDiskEndsTheRecordingAndKeepsWhatIsThere) {
+TEST(RecordingFailure, DiskBelowItsLimitEndsTheRecordingWithAReason) {
     RecorderRig rig;
-    const QByteArray stream = mp3(); // before the limit, which holds for the encoder too
-    {
-        const FileSizeLimit limit(50000);
-        rig.start();
-        rig.feed(stream);
-        rig.waitForEnd();
-    }
+    rig.options.minFreeBytes = Q_INT64_C(1) << 60;
+    rig.start();
+    rig.feed(mp3());
+    rig.waitForEnd();
     ASSERT_EQ(rig.errors.size(), 1U);
     EXPECT_EQ(rig.errors[0].kind, RecordingErrorKind::CannotWrite);
-    EXPECT_EQ(rig.errors[0].message.toStdString(), "Recording failed - Unable to write to disk");
-    EXPECT_FALSE(rig.errors[0].detail.isEmpty());
-    EXPECT_EQ(rig.finishes, 1);
-    ASSERT_EQ(rig.files.size(), 1U);
-    EXPECT_GT(QFileInfo(rig.files[0].path).size(), 48000);
-    EXPECT_EQ(rig.files[0].bytes, QFileInfo(rig.files[0].path).size());
-    const Decoded decoded = decodedByFfmpeg(rig.files[0].path);
-    EXPECT_EQ(decoded.messages.toStdString(), "");
-    EXPECT_GT(decoded.samples.size(), 2U * 44100U * 2U);
+    EXPECT_TRUE(rig.errors[0].detail.contains(QStringLiteral(" MB are free in ")));
+    EXPECT_TRUE(rig.files.empty());
+    EXPECT_FALSE(QFileInfo::exists(rig.options.folder));
+
+    rig.options.minFreeBytes = 1;
+    QSignalSpy progress(&rig.recorder, &BASS::StreamRecorder::sig_progress);
+    rig.start();
+    rig.recorder.connectionBegan();
+    rig.feedPart(mp3());
+    ASSERT_TRUE(progress.wait(10000));
+    const auto told = progress.first().first().value<BASS::RecordingProgress>();
+    EXPECT_GT(told.freeBytes, 0);
+    EXPECT_NEAR(static_cast<double>(told.remaining.count()) * 16000,
+                static_cast<double>(told.freeBytes),
+                static_cast<double>(told.freeBytes) / 10);
+    rig.stop();
 }
 
 TEST(RecordingFailure, MoreThanTheQueueHoldsEndsTheRecording) {

@@ -156,6 +156,63 @@ TEST(StreamRecorder, PauseLeavesOutWhatComesMeanwhile) {
     EXPECT_NEAR(static_cast<double>(rig.joined().size()), stream.size() - 40000, 1000);
 }
 
+TEST(StreamRecorder, PartsOfEqualLengthJoinToTheWhole) {
+    const Tones tones{150, 22050, 1, 300};
+    const struct {
+        const char* encoder;
+        bool joinsBytes;
+    } cases[] = {{"-c:a aac -b:a 32k -f adts", true},
+                 {"-c:a libvorbis -q:a 0 -f ogg", false},
+                 {"-c:a flac -f flac", false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.encoder);
+        const QByteArray stream =
+            encoded(QString::fromLatin1(c.encoder).split(QLatin1Char(' ')), tones);
+        RecorderRig rig;
+        rig.options.mode = RecordMode::NoSplit;
+        rig.options.splitEvery = std::chrono::minutes(1);
+        rig.start();
+        rig.feed(stream);
+        rig.stop();
+        ASSERT_EQ(rig.files.size(), 3U);
+        std::size_t samples = 0;
+        for (const BASS::RecordedFile& file : rig.files) {
+            const Decoded part = decodedByFfmpeg(file.path);
+            EXPECT_EQ(part.messages.toStdString(), "");
+            samples += part.samples.size();
+        }
+        EXPECT_EQ(samples, decodedByFfmpeg(fileWith(stream, QStringLiteral("bin"))).samples.size());
+        EXPECT_EQ(rig.files[0].duration.count() / 100, 600);
+        EXPECT_EQ(rig.files[1].duration.count() / 100, 600);
+        EXPECT_TRUE(!c.joinsBytes || rig.joined() == stream);
+    }
+}
+
+TEST(StreamRecorder, NegativeDelayCutsBeforeTheTitle) {
+    const QByteArray stream = mp3(); // 16000 bytes a second
+    const struct {
+        int delayMs;
+        int title;
+        int expected; ///< bytes in the first file
+    } cases[] = {
+        {-2000, 96000, 64000}, {-150, 96000, 96000}, {-60000, 96000, 0}, {2000, 96000, 128000}};
+    for (const auto& c : cases) {
+        RecorderRig rig;
+        rig.options.isMp3CutByteExact = true;
+        rig.options.splitDelay = std::chrono::milliseconds(c.delayMs);
+        rig.start();
+        rig.feed(stream, {{c.title, QStringLiteral("B")}});
+        rig.stop();
+        EXPECT_TRUE(rig.joined() == stream) << c.delayMs;
+        if (c.expected == 0) {
+            EXPECT_EQ(rig.names(), QStringList(QStringLiteral("B.mp3")));
+            continue;
+        }
+        ASSERT_EQ(rig.files.size(), 2U) << c.delayMs;
+        EXPECT_NEAR(static_cast<double>(rig.files[0].bytes), c.expected, 900) << c.delayMs;
+    }
+}
+
 TEST(StreamRecorder, UnknownDataIsWrittenAsItComes) {
     const QByteArray text = QByteArray("neither frames nor pages ").repeated(5000);
     RecorderRig rig;

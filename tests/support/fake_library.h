@@ -161,7 +161,77 @@ class FakeLibrary : public BASS::AudioLibrary {
     QWORD ChannelSeconds2Bytes(DWORD, double) override { return 0; }
     DWORD ChannelGetLevel(DWORD) override { return 0; }
 
+    struct Encode {
+        std::string function;
+        DWORD channel;
+        QString options;
+        DWORD flags;
+        BASS::ENCODEPROC* proc;
+        void* user;
+    };
+    /// Answers a start of an encoder: the handle, or 0 with `error` set.
+    std::function<BASS::HENCODE(const Encode&)> onEncode = [](const Encode&) {
+        return BASS::HENCODE{0};
+    };
+    std::vector<Encode> encodes;
+    std::vector<std::pair<DWORD, bool>> stoppedEncoders; ///< handle, queue
+    std::atomic<DWORD> encoderState{BASS::BASS_ACTIVE_PLAYING};
+    BASS::ENCODEREWRITEPROC* rewriteProc = nullptr;
+
+    BASS::HENCODE
+    Encode_MP3_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"mp3", h, text(o), f, p, user});
+    }
+    BASS::HENCODE
+    Encode_OGG_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"ogg", h, text(o), f, p, user});
+    }
+    BASS::HENCODE
+    Encode_FLAC_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"flac", h, text(o), f, p, user});
+    }
+    BASS::HENCODE
+    Encode_AAC_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"aac", h, text(o), f, p, user});
+    }
+    BASS::HENCODE
+    Encode_WMA_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"wma", h, text(o), f, p, user});
+    }
+    BASS::HENCODE
+    Encode_Start(DWORD h, const void* o, DWORD f, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"external", h, text(o), f, p, user});
+    }
+    DWORD Encode_IsActive(DWORD) override { return encoderState; }
+    bool Encode_SetPaused(BASS::HENCODE, bool) override { return true; }
+    bool Encode_StopEx(DWORD handle, bool queue) override {
+        stoppedEncoders.emplace_back(handle, queue);
+        return true;
+    }
+    bool Encode_SetChannel(BASS::HENCODE, DWORD) override { return true; }
+    BASS::HENCODE
+    Encode_CutAt(BASS::HENCODE old, QWORD, DWORD, BASS::ENCODEPROC* p, void* user) override {
+        return encode({"cut", old, {}, 0, p, user});
+    }
+    void SetEncodeRewriteProc(BASS::ENCODEREWRITEPROC* proc) override { rewriteProc = proc; }
+    const DWORD* WMA_EncodeGetRates(DWORD, DWORD, DWORD) override {
+        static constexpr DWORD kRates[] = {64000, 128000, 0};
+        return kRates;
+    }
+    BASS::HWMENCODE WMA_EncodeOpenFile(DWORD, DWORD, DWORD, DWORD, const void*) override {
+        return 0;
+    }
+    bool WMA_EncodeWrite(BASS::HWMENCODE, const void*, DWORD) override { return false; }
+    bool WMA_EncodeClose(BASS::HWMENCODE) override { return true; }
+
   private:
+    static QString text(const void* options) {
+        return QString::fromUtf16(static_cast<const char16_t*>(options));
+    }
+    BASS::HENCODE encode(const Encode& start) {
+        encodes.push_back(start);
+        return onEncode(start);
+    }
     BASS::HSTREAM
     create(const char* function, const void* url, BASS::DOWNLOADPROC* proc, void* user) {
         creates.push_back(

@@ -103,7 +103,18 @@ QString media::probe(const QString& path, const QString& entry) {
         .trimmed();
 }
 
-QByteArray media::mp3StreamBytes(const QByteArray& file, bool hasPreRoll) {
+QByteArray media::withoutId3(const QByteArray& file) {
+    constexpr int kHeader = 10;
+    if (!file.startsWith("ID3") || file.size() < kHeader)
+        return file;
+    int size = 0;
+    for (int n = 6; n < kHeader; ++n)
+        size = (size << 7) | (static_cast<unsigned char>(file.at(n)) & 0x7F);
+    return file.mid(kHeader + size);
+}
+
+QByteArray media::mp3StreamBytes(const QByteArray& tagged, bool hasPreRoll) {
+    const QByteArray file = withoutId3(tagged);
     const auto* data = reinterpret_cast<const std::uint8_t*>(file.constData());
     const auto size = static_cast<std::size_t>(file.size());
     const auto info = BASS::parseMpegFrame(data, size);

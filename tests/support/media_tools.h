@@ -29,7 +29,10 @@ double decodedSeconds(const QString& path);
 /// The value of one entry of ffprobe ("format=duration", "stream=codec_name").
 QString probe(const QString& path, const QString& entry);
 
-/// What an MP3 file of a recording holds of the stream: without its Info frame and, where
+/// The bytes behind an ID3v2 tag at the start (ID3v2.4 structure, section 3.1); all, without one.
+QByteArray withoutId3(const QByteArray& file);
+
+/// What an MP3 file of a recording holds of the stream: without its tag, its Info frame and, where
 /// `hasPreRoll`, without the frames before the cut that the Info frame marks as encoder delay.
 QByteArray mp3StreamBytes(const QByteArray& file, bool hasPreRoll);
 

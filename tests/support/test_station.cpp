@@ -1,5 +1,7 @@
 #include "support/test_station.h"
 
+#include "support/system.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -11,9 +13,11 @@
 #include <QThread>
 #include <QTimer>
 
-#include <sys/socket.h>
-
 #include <algorithm>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <vector>
 
 namespace {
 
@@ -102,13 +106,7 @@ class StationConnection final : public QObject {
     void close() { m_socket->disconnectFromHost(); }
 
     void reset() {
-        // a linger time of 0 makes close() send RST
-        const linger now{1, 0};
-        setsockopt(static_cast<int>(m_socket->socketDescriptor()),
-                   SOL_SOCKET,
-                   SO_LINGER,
-                   &now,
-                   sizeof now);
+        test_system::makeCloseReset(m_socket->socketDescriptor());
         m_socket->abort();
     }
 
@@ -278,9 +276,34 @@ struct TestStation::Private {
         }
     }
 
+    std::mutex
+        jobMutex; ///< guards the jobs; unlike an event it orders the threads for the sanitizer
+    std::vector<std::function<void()>> jobs;
+
+    void runJobs() {
+        std::vector<std::function<void()>> due;
+        {
+            const std::lock_guard lock(jobMutex);
+            due.swap(jobs);
+        }
+        for (const auto& job : due)
+            job();
+    }
+
+    /// Runs a call on the station's thread and waits for it.
     template <typename Call>
     void onThread(Call call) {
-        QMetaObject::invokeMethod(context, call, Qt::BlockingQueuedConnection);
+        std::promise<void> done;
+        {
+            const std::lock_guard lock(jobMutex);
+            jobs.emplace_back([&call, &done] {
+                call();
+                done.set_value();
+            });
+        }
+        QMetaObject::invokeMethod(
+            context, [this] { runJobs(); }, Qt::QueuedConnection);
+        done.get_future().wait();
     }
 
     template <typename Call>

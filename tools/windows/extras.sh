@@ -11,20 +11,20 @@ work=${WIN_WORK:-$root/work-extras}
 stamp=$root/.extras-$(sha256sum "$0" | cut -c1-12)
 [ -e "$stamp" ] && exit 0
 
-packages="cmake dpkg-dev make ninja-build pkg-config g++-mingw-w64-x86-64-posix libz-mingw-w64-dev mingw-w64-tools"
-# shellcheck disable=SC2086
-dpkg -s $packages > /dev/null 2>&1 || apt-get install -y -qq --no-install-recommends $packages > /dev/null
-
 fetch() { # source package: unpacked to $work/src/<package>
     [ -d "$work/src/$1" ] && return
     local list=/etc/apt/sources.list.d
     if ! apt-cache showsrc "$1" 2> /dev/null | grep -q .; then
         sed 's/^Types: deb$/Types: deb-src/' $list/debian.sources > $list/wavelark-src.sources
-        apt-get update -qq
+        apt-get update -qq 2> /dev/null
     fi
     mkdir -p "$work/src"
-    (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" > /dev/null &&
-        dpkg-source --no-check -x "$1"_*.dsc "$1.new" > /dev/null && rm -f "$1"_* && mv "$1.new" "$1")
+    (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" &&
+        dpkg-source --no-check -x "$1"_*.dsc "$1.new" && rm -f "$1"_* && mv "$1.new" "$1") \
+        > "$work/fetch.log" 2>&1 || {
+        echo "windows: the source package $1 cannot be fetched: $(tail -n 1 "$work/fetch.log")" >&2
+        exit 1
+    }
 }
 
 build() { # name, command...: in a build folder of its own, its output shown where it fails
@@ -51,7 +51,9 @@ with_cmake() { # source package, options...
 with_configure() { # source package, options...
     local source=$work/src/$1
     shift
-    "$source/configure" --host=$host --prefix="$deps" --disable-shared --enable-static "$@" &&
+    # without fortification: its checks live in a library that a static libopus does not name
+    "$source/configure" --host=$host --prefix="$deps" --disable-shared --enable-static "$@" \
+        CFLAGS="-O2 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=0" &&
         make -j "$(nproc)" install
 }
 
@@ -86,7 +88,7 @@ for package in libogg libvorbis opus ffmpeg qtsvg-opensource-src; do
 done
 build ogg with_cmake libogg -DINSTALL_DOCS=OFF -DBUILD_TESTING=OFF
 build vorbis with_cmake libvorbis
-build opus with_configure opus --disable-doc --disable-extra-programs --disable-hardening
+build opus with_configure opus --disable-doc --disable-extra-programs
 build ffmpeg ffmpeg
 build svg svg
 find "$deps/bin" "$root/qt/bin" "$root/qt/plugins" -name '*.dll' -exec $host-strip {} +

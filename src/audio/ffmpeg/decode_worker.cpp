@@ -135,6 +135,7 @@ ByteSource DecodeWorker::source() {
     const std::uint64_t size = m_input.seekableSize();
     if (size > 0) {
         const std::uint64_t start = m_input.taken(); // behind a tag
+        m_sourceStart = start;
         result.size = static_cast<std::int64_t>(size - start);
         result.seek = [this, start](std::int64_t offset) -> std::int64_t {
             if (offset < 0 || !m_input.seek(start + static_cast<std::uint64_t>(offset)))
@@ -210,11 +211,14 @@ bool DecodeWorker::linkIsOver() {
     return false;
 }
 
-bool DecodeWorker::deliver(const LinkDecoder::Block& block) {
+bool DecodeWorker::deliver(LinkDecoder::Block& block) {
     if (block.samples.empty())
         return true;
     updateInfo();
-    deliverTitles(streamPosition(block.hasPosition ? block.position : m_fed));
+    const std::uint64_t position = streamPosition(block.hasPosition ? block.position : m_fed);
+    deliverTitles(position);
+    if (m_callbacks.pcm)
+        m_callbacks.pcm(block.samples, position);
     const float* samples = block.samples.data();
     std::size_t left = block.samples.size() / Voice::kChannels;
     const auto prebuffer = static_cast<std::size_t>(m_rate) * kPrebufferMs / 1000;
@@ -246,6 +250,8 @@ void DecodeWorker::deliverTitles(std::uint64_t position) {
 }
 
 std::uint64_t DecodeWorker::streamPosition(std::uint64_t fed) {
+    if (m_input.seekableSize() > 0)
+        return m_sourceStart + fed; // whatever has been jumped over
     while (m_segments.size() > 1 && m_segments[1].fed <= fed)
         m_segments.erase(m_segments.begin());
     if (m_segments.empty())

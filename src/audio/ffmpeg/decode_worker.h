@@ -30,6 +30,8 @@ class DecodeWorker {
         std::function<void(TagTimeline::Entry entry)> title;
         std::function<bool(StreamFormat)> accepts;
         std::function<std::string()> contentType;
+        /// What has been decoded, to shape and to branch off before it is heard; may be empty.
+        std::function<void(std::vector<float>& samples, std::uint64_t bytePosition)> pcm;
     };
     struct Info {
         StreamFormat format = StreamFormat::None;
@@ -65,7 +67,7 @@ class DecodeWorker {
     int feed(std::uint8_t* out, int max);
     bool stepOnce();
     bool linkIsOver();
-    bool deliver(const LinkDecoder::Block& block);
+    bool deliver(LinkDecoder::Block& block);
     void deliverTitles(std::uint64_t position);
     std::uint64_t streamPosition(std::uint64_t fed);
     void tellReady(int error);
@@ -85,6 +87,7 @@ class DecodeWorker {
     StreamFormat m_format = StreamFormat::None;
     std::vector<Segment> m_segments;
     std::uint64_t m_fed = 0;         ///< bytes that the current decoder has read
+    std::uint64_t m_sourceStart = 0; ///< of a file: where its first frame may stand
     std::uint64_t m_fedLastGood = 0; ///< the same when it last gave audio
     bool m_mustReopen = false; ///< its end is a link's end, a gap or rubbish, not the stream's
     bool m_isReady = false;

@@ -188,6 +188,7 @@ bool FfmpegLibrary::freeChannel(DWORD handle) {
     if (!channel)
         return false;
     channel->close();
+    endEncoders(*channel);
     const std::lock_guard lock(m_mutex);
     m_channels.erase(handle);
     return succeed();
@@ -198,6 +199,7 @@ void FfmpegLibrary::runDispatcher() {
         m_signal.wait();
         if (m_isStopping.load())
             return;
+        sweepEncoders();
         for (const Channel& channel : channels()) {
             if (channel->dispatch()) {
                 channel->syncs().fire(BASS_SYNC_FREE, 0);

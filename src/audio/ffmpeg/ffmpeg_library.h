@@ -1,10 +1,13 @@
 #pragma once
 
 #include "audio/audio_library.h"
+#include "audio/encoder_options.h"
+#include "audio/ffmpeg/encoder.h"
 #include "audio/ffmpeg/mixer.h"
 #include "audio/ffmpeg/net_engine.h"
 #include "audio/ffmpeg/output_control.h"
 #include "audio/ffmpeg/stream_channel.h"
+#include "audio/ffmpeg/wma_file.h"
 
 #include <atomic>
 #include <map>
@@ -84,6 +87,31 @@ class FfmpegLibrary final : public AudioLibrary {
     QWORD ChannelSeconds2Bytes(DWORD handle, double seconds) override;
     DWORD ChannelGetLevel(DWORD handle) override;
 
+    HENCODE Encode_MP3_Start(
+        DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_OGG_Start(
+        DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_FLAC_Start(
+        DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_AAC_Start(
+        DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_WMA_Start(
+        DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_Start(
+        DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) override;
+    DWORD Encode_IsActive(DWORD handle) override;
+    bool Encode_SetPaused(HENCODE handle, bool isPaused) override;
+    bool Encode_StopEx(DWORD handle, bool queue) override;
+    bool Encode_SetChannel(HENCODE handle, DWORD channel) override;
+    HENCODE
+    Encode_CutAt(HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) override;
+    void SetEncodeRewriteProc(ENCODEREWRITEPROC* proc) override { m_rewriteProc.store(proc); }
+    const DWORD* WMA_EncodeGetRates(DWORD freq, DWORD chans, DWORD flags) override;
+    HWMENCODE WMA_EncodeOpenFile(
+        DWORD freq, DWORD chans, DWORD flags, DWORD bitrate, const void* file) override;
+    bool WMA_EncodeWrite(HWMENCODE handle, const void* buffer, DWORD length) override;
+    bool WMA_EncodeClose(HWMENCODE handle) override;
+
   private:
     using Channel = std::shared_ptr<StreamChannel>;
     using Accepts = bool(StreamFormat);
@@ -94,6 +122,23 @@ class FfmpegLibrary final : public AudioLibrary {
         DOWNLOADPROC* proc;
         void* user;
     };
+
+    struct EncoderArguments {
+        DWORD handle;
+        const void* options;
+        DWORD flags;
+        ENCODEPROC* proc;
+        void* user;
+    };
+    using MakeEncoder = std::function<std::unique_ptr<PcmEncoder>(PcmEncoder::Write)>;
+    HENCODE startCodec(EncoderKind kind, const EncoderArguments& arguments);
+    HENCODE startEncoder(const EncoderArguments& arguments, MakeEncoder make);
+    std::shared_ptr<Encoder> makeEncoder(const EncoderArguments& arguments, MakeEncoder make);
+    std::shared_ptr<Encoder> findEncoder(HENCODE handle) const;
+    /// The encoder itself, or those of a channel.
+    std::vector<std::shared_ptr<Encoder>> encodersOf(DWORD handle) const;
+    void endEncoders(StreamChannel& channel);
+    void sweepEncoders();
 
     HSTREAM createUrl(const UrlArguments& arguments, Accepts* accepts);
     HSTREAM createFile(const void* file, DWORD flags, Accepts* accepts);
@@ -113,11 +158,15 @@ class FfmpegLibrary final : public AudioLibrary {
     Semaphore m_signal; ///< something for the dispatcher
     OutputControl m_output;
     std::atomic<TITLEPROC*> m_titleProc{nullptr};
+    std::atomic<ENCODEREWRITEPROC*> m_rewriteProc{nullptr};
     std::atomic<int> m_rate{44100};
+    std::mutex m_encodeMutex; ///< one start, cut or end of encoders at a time
 
     mutable std::mutex m_mutex; ///< guards the tables, texts and options below
     std::map<DWORD, Channel> m_channels;
     std::multimap<void*, Channel> m_creating;
+    std::map<HENCODE, std::shared_ptr<Encoder>> m_encoders;
+    std::map<HWMENCODE, std::shared_ptr<WmaFile>> m_wmaFiles;
     DWORD m_nextHandle = 0x80000001;
     std::map<DWORD, DWORD> m_options;
     std::string m_userAgent;

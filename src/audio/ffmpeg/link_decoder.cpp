@@ -168,7 +168,7 @@ LinkDecoder::LinkDecoder(int outputRate, ByteSource source)
 
 LinkDecoder::~LinkDecoder() = default;
 
-const LinkDecoder::Block& LinkDecoder::block() const {
+LinkDecoder::Block& LinkDecoder::block() {
     return m_state->block;
 }
 

@@ -54,7 +54,8 @@ class LinkDecoder {
     /// Reads the headers. False: no such stream, or aborted.
     bool open(StreamFormat format);
     Step step();
-    [[nodiscard]] const Block& block() const;
+    /// The owner may change the samples until the next step.
+    [[nodiscard]] Block& block();
     [[nodiscard]] Info info() const;
     /// Seconds; 0: not known.
     [[nodiscard]] double duration() const;

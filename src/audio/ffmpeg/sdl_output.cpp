@@ -23,8 +23,8 @@ void renderBlock(void* mixer, Uint8* out, int bytes) {
 
 void ignoreAlsaMessage(const char*, int, const char*, int, const char*, ...) {}
 
-/// ALSA writes a page to stderr each time a device does not open; the one line of the log is enough.
-/// Where there is no ALSA, nothing is done.
+/// ALSA writes a page to stderr each time a device does not open; the one line of the log is
+/// enough. Where there is no ALSA, nothing is done.
 void silenceAlsa() {
     using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
     using SetHandler = int(Handler);

@@ -64,7 +64,7 @@ std::string headerBlock(const HttpHeaders& headers, bool onlyIcy) {
 
 StreamChannel::StreamChannel(const Context& context)
     : m_context(context), m_voice(static_cast<std::uint32_t>(context.rate), *context.signal),
-      m_syncs(context.handle) {}
+      m_syncs(context.handle), m_pcmTap(context.rate) {}
 
 StreamChannel::~StreamChannel() {
     close();
@@ -99,6 +99,10 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     callbacks.ready = [this](int error) { becomeReady(error); };
     callbacks.title = [this](TagTimeline::Entry entry) { addTitle(std::move(entry)); };
     callbacks.accepts = std::move(accepts);
+    callbacks.pcm = [this](std::vector<float>& samples, std::uint64_t position) {
+        if (m_pcmTap.isUsed())
+            m_pcmTap.feed(samples.data(), samples.size() / Voice::kChannels, position);
+    };
     callbacks.contentType = [this] {
         return m_tap ? m_tap->headers().value("content-type") : std::string();
     };

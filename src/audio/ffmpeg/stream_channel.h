@@ -2,6 +2,7 @@
 
 #include "audio/ffmpeg/decode_worker.h"
 #include "audio/ffmpeg/net_engine.h"
+#include "audio/ffmpeg/pcm_tap.h"
 #include "audio/ffmpeg/stream_tap.h"
 #include "audio/ffmpeg/sync_table.h"
 #include "audio/ffmpeg/tag_timeline.h"
@@ -57,6 +58,7 @@ class StreamChannel {
     [[nodiscard]] DWORD flags() const { return m_context.flags; }
     [[nodiscard]] Voice& voice() { return m_voice; }
     [[nodiscard]] SyncTable& syncs() { return m_syncs; }
+    [[nodiscard]] PcmTap& pcmTap() { return m_pcmTap; }
     /// As SyncTable::add(). A connection that has ended before anyone asked is told now.
     HSYNC addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user);
     [[nodiscard]] bool isFile() const { return m_file != nullptr; }
@@ -93,6 +95,7 @@ class StreamChannel {
     const Context m_context;
     Voice m_voice;
     SyncTable m_syncs;
+    PcmTap m_pcmTap;
     NetEngine* m_net = nullptr;
     std::shared_ptr<StreamTap> m_tap;
     std::shared_ptr<HttpTransfer> m_transfer;

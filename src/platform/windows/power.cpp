@@ -2,8 +2,11 @@
 
 #include <QString>
 
-#include <powrprof.h>
+// The first declares what the second needs.
+// clang-format off
 #include <windows.h>
+#include <powrprof.h>
+// clang-format on
 
 namespace {
 /// The right to shut down, for as long as the object lives.

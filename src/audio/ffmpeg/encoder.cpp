@@ -1,0 +1,153 @@
+#include "audio/ffmpeg/encoder.h"
+
+#include "base/log.h"
+
+#include <QThread>
+
+#include <chrono>
+
+namespace BASS {
+namespace {
+
+constexpr int kNotYet = -2;
+/// An encoder further behind than this will not catch up.
+constexpr std::size_t kMostSeconds = 20;
+constexpr std::chrono::milliseconds kCareEvery{50};
+constexpr std::size_t kChannels = 2;
+
+} // namespace
+
+Encoder::Encoder(Setup setup) : m_setup(std::move(setup)) {}
+
+Encoder::~Encoder() {
+    finish(false);
+    wait();
+}
+
+int Encoder::start() {
+    m_thread.reset(QThread::create([this] { run(); })); // QProcess needs a thread of Qt's
+    m_thread->setObjectName(QStringLiteral("encoder"));
+    m_thread->start();
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_openResult != kNotYet; });
+    return m_openResult;
+}
+
+void Encoder::push(const float* samples, std::size_t frames) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_isFinishing || m_hasFailed)
+            return;
+        if (m_queuedFrames + frames > kMostSeconds * static_cast<std::size_t>(m_setup.rate)) {
+            qCWarning(lcAudio, "encoder cannot keep up handle=%u", m_setup.handle);
+            m_hasFailed = true;
+            m_isRunning.store(false);
+        } else {
+            m_queue.emplace_back(samples, samples + frames * kChannels);
+            m_queuedFrames += frames;
+        }
+    }
+    m_changed.notify_all();
+}
+
+void Encoder::finish(bool isComplete) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isFinishing = true;
+        if (!isComplete) {
+            m_queue.clear();
+            m_queuedFrames = 0;
+        }
+    }
+    m_changed.notify_all();
+}
+
+void Encoder::wait() {
+    if (m_thread)
+        m_thread->wait();
+}
+
+void Encoder::deliver(const std::uint8_t* data, std::size_t size, std::int64_t offset) {
+    const auto length = static_cast<DWORD>(size);
+    if (offset == m_delivered) {
+        m_delivered += static_cast<std::int64_t>(size);
+        m_setup.proc(m_setup.handle, m_channel.load(), data, length, m_setup.user);
+    } else if (m_setup.rewrite != nullptr) {
+        m_setup.rewrite(m_setup.handle,
+                        m_channel.load(),
+                        data,
+                        length,
+                        static_cast<QWORD>(offset),
+                        m_setup.user);
+    }
+}
+
+void Encoder::run() {
+    {
+        // what a container writes while it opens comes before anyone knows the handle: kept
+        std::vector<std::uint8_t> head;
+        bool isOpen = false;
+        const auto encoder = m_setup.make(
+            [this, &head, &isOpen](const std::uint8_t* data, std::size_t size, std::int64_t at) {
+                if (isOpen)
+                    deliver(data, size, at);
+                else
+                    head.insert(head.end(), data, data + size);
+            });
+        const int result = encoder->open();
+        m_isRunning.store(result == BASS_OK);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_openResult = result;
+        }
+        m_changed.notify_all();
+        if (result != BASS_OK) {
+            m_hasEnded.store(true);
+            return;
+        }
+        isOpen = true;
+        if (!head.empty())
+            deliver(head.data(), head.size(), 0);
+        const bool isGood = encodeAll(*encoder) && encoder->finish();
+        if (!isGood)
+            qCWarning(lcAudio, "encoder has failed handle=%u", m_setup.handle);
+    }
+    m_isRunning.store(false);
+    m_setup.proc(m_setup.handle, m_channel.load(), nullptr, 0, m_setup.user);
+    m_hasEnded.store(true);
+    if (m_setup.ended)
+        m_setup.ended();
+}
+
+/// False: it has failed.
+bool Encoder::encodeAll(PcmEncoder& encoder) {
+    const bool needsCare = encoder.needsCare();
+    std::deque<std::vector<float>> chunks;
+    while (takeChunks(chunks, needsCare)) {
+        for (const std::vector<float>& chunk : chunks)
+            if (!encoder.encode(chunk.data(), chunk.size() / kChannels))
+                return false;
+        if (needsCare && !encoder.tend())
+            return false;
+        chunks.clear();
+    }
+    const std::lock_guard lock(m_mutex);
+    return !m_hasFailed;
+}
+
+/// Waits for something to do. False: there will be nothing more.
+bool Encoder::takeChunks(std::deque<std::vector<float>>& out, bool needsCare) {
+    std::unique_lock lock(m_mutex);
+    const auto isDue = [this] { return !m_queue.empty() || m_isFinishing || m_hasFailed; };
+    if (needsCare)
+        m_changed.wait_for(lock, kCareEvery, isDue);
+    else
+        m_changed.wait(lock, isDue);
+    if (m_hasFailed || (m_queue.empty() && m_isFinishing))
+        return false;
+    out.swap(m_queue);
+    m_queuedFrames = 0;
+    return true;
+}
+
+} // namespace BASS

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace BASS {
+
+class Encoder;
+
+/// Where a channel's decoded audio branches off to its encoders: half a second late, so that a cut
+/// can be made at a place just passed. Each encoder gets an unbroken run of frames.
+///
+/// *Thread*: feed() on the decode thread, the rest on any. *Owner*: the channel.
+class PcmTap {
+  public:
+    /// Where an encoder takes over from the one before it.
+    struct Cut {
+        std::uint64_t bytePosition; ///< of the stream: the first frame from there or later
+        std::uint64_t delayFrames;  ///< after that frame
+    };
+
+    explicit PcmTap(int rate);
+
+    [[nodiscard]] bool isUsed() const { return m_isUsed.load(); }
+    /// Interleaved stereo; bytePosition: where in the stream it comes from. Copies, never waits.
+    void feed(const float* samples, std::size_t frames, std::uint64_t bytePosition);
+
+    /// From the next frame fed. False: closed.
+    bool attach(std::shared_ptr<Encoder> encoder, bool isPaused);
+    /// Ends it, and those that it waits for. With `isComplete` the past that is still held back is
+    /// encoded. False: not here.
+    bool stop(const Encoder& encoder, bool isComplete);
+    /// Stops all; nothing is attached any more.
+    void close();
+    /// As stop(), but it does not end: it can be attached elsewhere. False: not here.
+    bool release(const Encoder& encoder);
+    bool setPaused(const Encoder& encoder, bool isPaused);
+    /// Here, and without a successor.
+    [[nodiscard]] bool isLast(const Encoder& encoder) const;
+    [[nodiscard]] bool isClosed() const;
+    [[nodiscard]] bool isPaused(const Encoder& encoder) const;
+    /// `next` goes on where `old` (which may itself wait for its turn) ends; at the earliest at the
+    /// first frame that has not been handed on. False: `old` is not here, or has a successor.
+    bool cut(const Encoder& old, std::shared_ptr<Encoder> next, const Cut& where);
+
+  private:
+    struct Stage {
+        std::shared_ptr<Encoder> encoder;
+        Cut where{};
+        std::optional<std::uint64_t> begin; ///< frame, once known
+    };
+    /// Encoders that follow one another: the first is at work, the others wait for their turn.
+    struct Line {
+        std::deque<Stage> stages;
+        std::uint64_t next = 0; ///< first frame that has not been handed on
+        bool isPaused = false;
+    };
+    struct Chunk {
+        std::uint64_t first;
+        std::vector<float> samples;
+    };
+    struct Mark {
+        std::uint64_t bytePosition;
+        std::uint64_t frame;
+    };
+
+    void serve(Line& line, std::uint64_t upTo) const;
+    void give(Line& line, std::uint64_t upTo) const;
+    void findPlaces(Line& line) const;
+    void forget();
+    void remove(const Line& line);
+    [[nodiscard]] std::uint64_t dueFrame() const;
+    std::deque<Line>::iterator lineOf(const Encoder& encoder);
+    static std::deque<Stage>::iterator stageOf(Line& line, const Encoder& encoder);
+
+    const std::uint64_t m_holdFrames;
+    const std::uint64_t m_markFrames; ///< how far back places of bytes are known
+    std::atomic<bool> m_isUsed{false};
+
+    mutable std::mutex m_mutex; ///< guards all below
+    std::deque<Line> m_lines;
+    std::deque<Chunk> m_chunks;
+    std::deque<Mark> m_marks;
+    std::uint64_t m_fed = 0; ///< frames
+    bool m_isClosed = false;
+};
+
+} // namespace BASS

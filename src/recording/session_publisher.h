@@ -1,0 +1,63 @@
+#pragma once
+
+#include "recording/background_queue.h"
+#include "recording/recording_session.h"
+
+#include <QHash>
+
+#include <memory>
+#include <mutex>
+
+namespace BASS {
+
+class Mailbox;
+class StreamRecorder;
+
+/// What becomes of a session's news: signals of the recorder, tags in finished files, the track
+/// list, the log of gaps and the list of titles. Tags and lists are written on a thread of their
+/// own, so that the next file never waits; a file is told as finished when its tags are in it.
+///
+/// *Thread*: the recorder's writer thread, but for setCover() and wait(). *Owner*: the recorder;
+/// it and the mailbox outlive it. *Life*: begin() and finish() once a session; wait() before it
+/// goes, when the writer thread is not running.
+class SessionPublisher final : public RecordingListener {
+    Q_DISABLE_COPY_MOVE(SessionPublisher)
+
+  public:
+    SessionPublisher(StreamRecorder& recorder, Mailbox& mailbox);
+
+    void begin(const RecordingOptions& options);
+    /// `done` is called on the mailbox's thread, behind everything told before.
+    void finish(std::function<void()> done);
+
+    void fileOpened(const QString& path, const Song& song) override;
+    void fileFinished(const RecordedFile& file) override;
+    void logChanged(const SessionLog& log) override;
+    void titleRecorded(const SessionLog::Track& track) override;
+    void failed(const RecordingError& error) override;
+
+    /// Any thread. The picture goes into files of this song that are not finished yet.
+    void setCover(const QString& track, const QByteArray& picture);
+    /// Waits until everything is on the disk.
+    void wait() { m_queue.finish(); }
+
+  private:
+    /// The paths of a session's lists, chosen when they are first written.
+    struct ListPaths {
+        QString list;
+        QString log;
+    };
+
+    [[nodiscard]] QByteArray cover(const QString& track);
+    void tag(RecordedFile& file, const RecordingOptions& options);
+
+    StreamRecorder& m_recorder;
+    Mailbox& m_mailbox;
+    RecordingOptions m_options;
+    std::shared_ptr<ListPaths> m_paths; ///< shared with the jobs, which alone look into it
+    std::mutex m_mutex;                 ///< guards m_covers
+    QHash<QString, QByteArray> m_covers;
+    BackgroundQueue m_queue; ///< the last member: its jobs use the others
+};
+
+} // namespace BASS
