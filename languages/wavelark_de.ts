@@ -322,6 +322,13 @@
     </message>
 </context>
 <context>
+    <name>BASS::FileTagger</name>
+    <message>
+        <source>Cannot write tags to</source>
+        <translation>In diese Datei lassen sich keine Angaben schreiben:</translation>
+    </message>
+</context>
+<context>
     <name>BASS::PlayedStations</name>
     <message>
         <source>The list of played stations cannot be read (%1: %2). It stays as it is, and stations played now are not added to it.</source>
@@ -338,6 +345,13 @@
     <message>
         <source>The list of played stations could not be saved: %1</source>
         <translation>Die Liste der gespielten Sender konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BASS::RecordingSession</name>
+    <message>
+        <source>Only %1 MB are free in %2; recordings leave %3 MB.</source>
+        <translation>In %2 sind nur noch %1 MB frei; Aufnahmen lassen %3 MB übrig.</translation>
     </message>
 </context>
 <context>
@@ -421,6 +435,18 @@
     <message>
         <source>Checking playlist file</source>
         <translation>Die Wiedergabeliste wird geprüft</translation>
+    </message>
+    <message>
+        <source>No data found</source>
+        <translation>Keine Daten gefunden</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message>
+        <source>No urls found</source>
+        <translation>Keine Adressen gefunden</translation>
     </message>
 </context>
 <context>
@@ -675,7 +701,7 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     </message>
     <message>
         <source>&amp;Theme</source>
-        <translation>&amp;Farben</translation>
+        <translation>F&amp;arben</translation>
     </message>
     <message>
         <source>&amp;Help</source>
@@ -686,7 +712,7 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <translation>&amp;Sprache</translation>
     </message>
     <message>
-        <source>T&amp;ools</source>
+        <source>&amp;Tools</source>
         <translation>&amp;Extras</translation>
     </message>
 </context>
@@ -802,6 +828,25 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     </message>
 </context>
 <context>
+    <name>PreferenceFaults</name>
+    <message>
+        <source>A file name pattern is empty. Example: %1</source>
+        <translation>Ein Muster für Dateinamen ist leer. Beispiel: %1</translation>
+    </message>
+    <message>
+        <source>The proxy needs the name of its server.</source>
+        <translation>Für den Proxy fehlt der Name des Servers.</translation>
+    </message>
+    <message>
+        <source>The proxy&apos;s server is a name only, without “http://”, a port or blanks.</source>
+        <translation>Der Server des Proxys ist nur ein Name, ohne „http://“, Port oder Leerzeichen.</translation>
+    </message>
+    <message>
+        <source>The proxy&apos;s port is a number from 1 to 65535.</source>
+        <translation>Der Port des Proxys ist eine Zahl von 1 bis 65535.</translation>
+    </message>
+</context>
+<context>
     <name>ProgramData</name>
     <message>
         <source>%1 is not deleted: it is not a data folder of this program.</source>
@@ -905,6 +950,191 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
     <message>
         <source>Settings cannot be saved in %1 (%2). Changes are kept until the program ends.</source>
         <translation>Einstellungen können nicht in %1 gespeichert werden (%2). Änderungen gelten bis zum Ende des Programms.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsDialog</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Groups of settings</source>
+        <translation>Gruppen von Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>All&amp;gemein</translation>
+    </message>
+    <message>
+        <source>&amp;Tray</source>
+        <translation>&amp;Infobereich</translation>
+    </message>
+    <message>
+        <source>&amp;Playing</source>
+        <translation>&amp;Wiedergabe</translation>
+    </message>
+    <message>
+        <source>&amp;Recording</source>
+        <translation>&amp;Aufnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Network</source>
+        <translation>&amp;Netzwerk</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Sprache:</translation>
+    </message>
+    <message>
+        <source>As the system</source>
+        <translation>Wie das System</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Ask before quitting while a recording runs</source>
+        <translation>Vor dem &amp;Beenden fragen, solange eine Aufnahme läuft</translation>
+    </message>
+    <message>
+        <source>Keep a log &amp;file</source>
+        <translation>&amp;Protokolldatei führen</translation>
+    </message>
+    <message>
+        <source>&amp;Show an icon in the tray</source>
+        <translation>&amp;Symbol im Infobereich zeigen</translation>
+    </message>
+    <message>
+        <source>Also while the &amp;window is shown</source>
+        <translation>Auch wenn das &amp;Fenster zu sehen ist</translation>
+    </message>
+    <message>
+        <source>&amp;Closing the window hides it in the tray</source>
+        <translation>S&amp;chließen verbirgt das Fenster im Infobereich</translation>
+    </message>
+    <message>
+        <source>&amp;Minimising hides it in the tray</source>
+        <translation>&amp;Minimieren verbirgt das Fenster im Infobereich</translation>
+    </message>
+    <message>
+        <source>The middle mouse &amp;button mutes</source>
+        <translation>Die mittlere Maus&amp;taste schaltet stumm</translation>
+    </message>
+    <message>
+        <source>Fade &amp;in:</source>
+        <translation>&amp;Einblenden:</translation>
+    </message>
+    <message>
+        <source>Fade &amp;out:</source>
+        <translation>A&amp;usblenden:</translation>
+    </message>
+    <message>
+        <source>&amp;Buffer:</source>
+        <translation>&amp;Puffer:</translation>
+    </message>
+    <message>
+        <source>&amp;Attempts to connect:</source>
+        <translation>&amp;Verbindungsversuche:</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <comment>seconds</comment>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source> ms</source>
+        <comment>milliseconds</comment>
+        <translation> ms</translation>
+    </message>
+    <message>
+        <source>A larger buffer bridges longer gaps of the network. Changes are in force from the next station on.</source>
+        <translation>Ein größerer Puffer überbrückt längere Lücken im Netz. Änderungen gelten ab dem nächsten Sender.</translation>
+    </message>
+    <message>
+        <source>Recording folder</source>
+        <translation>Aufnahmeordner</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Durchsuchen…</translation>
+    </message>
+    <message>
+        <source>Choose the recording folder</source>
+        <translation>Aufnahmeordner auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>File names, one file in &amp;all:</source>
+        <translation>Dateinamen, eine Datei insge&amp;samt:</translation>
+    </message>
+    <message>
+        <source>A backslash begins a folder. %1 stands for the station, %2 for the track. Also possible: %3.</source>
+        <translation>Ein umgekehrter Schrägstrich beginnt einen Ordner. %1 steht für den Sender, %2 für den Titel. Ebenfalls möglich: %3.</translation>
+    </message>
+    <message>
+        <source>&amp;Use a proxy</source>
+        <translation>Einen &amp;Proxy verwenden</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Server:</translation>
+    </message>
+    <message>
+        <source>P&amp;ort:</source>
+        <translation>P&amp;ort:</translation>
+    </message>
+    <message>
+        <source>Us&amp;er name:</source>
+        <translation>&amp;Benutzername:</translation>
+    </message>
+    <message>
+        <source>Pass&amp;word:</source>
+        <translation>&amp;Kennwort:</translation>
+    </message>
+    <message>
+        <source>The password is kept as it is in the settings file. Without a proxy of its own Wavelark uses the one of the system.</source>
+        <translation>Das Kennwort steht unverschlüsselt in der Einstellungsdatei. Ohne eigenen Proxy verwendet Wavelark den des Systems.</translation>
+    </message>
+    <message>
+        <source>Some of it is in force when Wavelark starts the next time.</source>
+        <translation>Ein Teil davon gilt ab dem nächsten Start von Wavelark.</translation>
+    </message>
+    <message>
+        <source>The&amp;me:</source>
+        <translation>&amp;Farben:</translation>
+    </message>
+    <message>
+        <source>Play the last &amp;station when Wavelark starts</source>
+        <translation>Beim Start den &amp;letzten Sender abspielen</translation>
+    </message>
+    <message>
+        <source>Let several &amp;instances run side by side</source>
+        <translation>&amp;Mehrere Instanzen nebeneinander zulassen</translation>
+    </message>
+    <message>
+        <source>Start &amp;hidden in the tray</source>
+        <translation>&amp;Verborgen im Infobereich starten</translation>
+    </message>
+    <message>
+        <source>The too&amp;l tip tells station and title</source>
+        <translation>Die &amp;Kurzinfo nennt Sender und Titel</translation>
+    </message>
+    <message>
+        <source>Sh&amp;ow messages while the window is hidden</source>
+        <translation>Mel&amp;dungen zeigen, wenn das Fenster verborgen ist</translation>
+    </message>
+    <message>
+        <source>File names, one file per trac&amp;k:</source>
+        <translation>Dateinamen, eine Datei je &amp;Titel:</translation>
     </message>
 </context>
 <context>

@@ -60,15 +60,6 @@ void chooseDisplay() {
     }
 }
 
-void setUpLog(MessageLog& log, const AppSettings& settings) {
-    MessageLogSetup setup;
-    if (settings.CreateLogFile()) {
-        setup.path = settings.dataFile(QStringLiteral("Wavelark.log"));
-    }
-    setup.isDebugKept = settings.AdvancedLogging();
-    log.setUp(setup);
-}
-
 /// Without a display the console says what happens.
 std::unique_ptr<ConsoleReporter> reportOnConsole(const Player& player,
                                                  const AllSkylarkRadio& window) {
@@ -82,7 +73,10 @@ std::unique_ptr<ConsoleReporter> reportOnConsole(const Player& player,
 }
 
 /// Everything that lives as long as the window, in the order of what stands on what.
-int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStringList& arguments) {
+int runWindow(QT_EXT::SingleApplication& app,
+              AppSettings& settings,
+              MessageLog& log,
+              const QStringList& arguments) {
     LanguageManager languages(LanguageManager::standardFolders());
     languages.load(settings.LanguageFile());
     const auto library = BASS::loadAudioProvider(
@@ -127,6 +121,9 @@ int runWindow(QT_EXT::SingleApplication& app, AppSettings& settings, const QStri
                      &QT_EXT::SingleApplication::receivedMessage,
                      &window,
                      &AllSkylarkRadio::slot_receivedMessage);
+    QObject::connect(&window, &AllSkylarkRadio::sig_preferencesChanged, [&log, &settings] {
+        log.setUp(messageLogSetup(settings));
+    });
     QApplication::setQuitOnLastWindowClosed(false); // the window says when all is on disk
     window.showNotes(settings.takeMessages() +
                      (loaded ? QStringList() : QStringList(loaded.error())));
@@ -156,7 +153,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     AppSettings settings;
-    setUpLog(log, settings);
+    log.setUp(messageLogSetup(settings));
     installCrashReport(settings.dataFile(QStringLiteral("crash.txt")),
                        QCoreApplication::applicationVersion());
     storeLanguageSwitch(settings, arguments);
@@ -168,5 +165,5 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     applyApplicationProxy(proxySettings(settings));
-    return runWindow(app, settings, arguments);
+    return runWindow(app, settings, log, arguments);
 }

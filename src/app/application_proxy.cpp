@@ -14,6 +14,11 @@ quint16 portOf(const ProxySettings& proxy) {
 }
 } // namespace
 
+bool ProxySettings::operator==(const ProxySettings& other) const {
+    return host == other.host && port == other.port && user == other.user &&
+           password == other.password && isDisabled == other.isDisabled;
+}
+
 ProxySettings proxySettings(const AppSettings& settings) {
     return {settings.Proxy(),
             settings.ProxyPort(),

@@ -12,6 +12,8 @@ struct ProxySettings {
     QString password;
     bool isDisabled = false;
 
+    bool operator==(const ProxySettings& other) const;
+    bool operator!=(const ProxySettings& other) const { return !(*this == other); }
     [[nodiscard]] bool isInForce() const { return !host.isEmpty() && !isDisabled; }
 };
 

@@ -114,7 +114,7 @@ QStringList addressesOf(PlaylistKind kind, const QString& text, const QUrl& base
     }
 }
 
-QString tr(const char* text) {
+QString translated(const char* text) {
     return QCoreApplication::translate("BASS::Stream", text);
 }
 
@@ -123,20 +123,20 @@ QString tr(const char* text) {
 Playlist parsePlaylist(const QByteArray& bytes, const QString& address) {
     Playlist result;
     if (bytes.trimmed().isEmpty()) {
-        result.message = tr(QT_TRANSLATE_NOOP("BASS::Stream", "No data found"));
+        result.message = translated(QT_TRANSLATE_NOOP("BASS::Stream", "No data found"));
         return result;
     }
     QString text = decodeText(bytes.left(kMostBytes), {});
     if (text.startsWith(QChar(QChar::ByteOrderMark)))
         text.remove(0, 1);
     if (bytes.contains('\0')) {
-        result.message = tr(QT_TRANSLATE_NOOP("BASS::Stream", "Nothing found"));
+        result.message = translated(QT_TRANSLATE_NOOP("BASS::Stream", "Nothing found"));
         return result;
     }
     result.kind = kindOf(text);
     result.addresses = addressesOf(result.kind, text, QUrl(address));
     if (result.addresses.isEmpty() && result.kind != PlaylistKind::Hls)
-        result.message = tr(QT_TRANSLATE_NOOP("BASS::Stream", "No urls found"));
+        result.message = translated(QT_TRANSLATE_NOOP("BASS::Stream", "No urls found"));
     return result;
 }
 

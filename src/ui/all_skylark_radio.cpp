@@ -11,6 +11,7 @@
 #include "ui/controllers/quit_controller.h"
 #include "ui/controllers/record_controller.h"
 #include "ui/controllers/volume_controller.h"
+#include "ui/dialogs/settings_dialog.h"
 #include "ui/main_menu.h"
 #include "ui/pages/page.h"
 #include "ui/pages/standard_pages.h"
@@ -161,6 +162,7 @@ void AllSkylarkRadio::wireCommands() {
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         dialog->open();
     });
+    connect(commands.settings, &QAction::triggered, this, &AllSkylarkRadio::showSettings);
     connect(commands.about, &QAction::triggered, this, &AllSkylarkRadio::showAbout);
     for (int index = 0; index < commands.pages.size(); ++index) {
         connect(commands.pages.at(index), &QAction::triggered, this, [this, index] {
@@ -174,7 +176,6 @@ void AllSkylarkRadio::wireCommands() {
 void AllSkylarkRadio::wireChoices() {
     for (QAction* theme : m_commands->themes) {
         const auto choice = static_cast<ThemeChoice>(theme->data().toInt());
-        theme->setChecked(choice == m_services.settings.theme());
         connect(theme, &QAction::triggered, this, [this, choice] {
             m_services.settings.setTheme(choice);
             WavelarkStyle::install(choice);
@@ -182,9 +183,19 @@ void AllSkylarkRadio::wireChoices() {
     }
     for (QAction* language : m_commands->languages) {
         const QString file = language->data().toString();
-        language->setChecked(
-            file.compare(m_services.settings.languageFile(), Qt::CaseInsensitive) == 0);
         connect(language, &QAction::triggered, this, [this, file] { chooseLanguage(file); });
+    }
+    checkChoices();
+}
+
+void AllSkylarkRadio::checkChoices() {
+    const UiSettings& settings = m_services.settings;
+    for (QAction* theme : m_commands->themes) {
+        theme->setChecked(static_cast<ThemeChoice>(theme->data().toInt()) == settings.theme());
+    }
+    for (QAction* language : m_commands->languages) {
+        const QString file = language->data().toString();
+        language->setChecked(file.compare(settings.languageFile(), Qt::CaseInsensitive) == 0);
     }
 }
 
@@ -397,6 +408,27 @@ void AllSkylarkRadio::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QMainWindow::keyPressEvent(event);
+}
+
+void AllSkylarkRadio::showSettings() {
+    if (findChild<SettingsDialog*>() != nullptr) {
+        return;
+    }
+    auto* dialog =
+        new SettingsDialog(m_services.settings.preferences(), m_services.languages, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &SettingsDialog::sig_applied, this, &AllSkylarkRadio::preferencesChanged);
+    dialog->open();
+}
+
+void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Preferences& after) {
+    m_services.settings.changePreferences(before, after);
+    m_presenter->setTrayOptions(m_services.settings.trayOptions());
+    if (before.theme != after.theme) {
+        WavelarkStyle::install(after.theme);
+    }
+    checkChoices();
+    emit sig_preferencesChanged();
 }
 
 void AllSkylarkRadio::showAbout() {

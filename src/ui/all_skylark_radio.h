@@ -21,6 +21,7 @@ class NavigationList;
 class Page;
 class PlayController;
 class Player;
+struct Preferences;
 class PlayerBar;
 class QStackedWidget;
 class QuitController;
@@ -89,6 +90,8 @@ class AllSkylarkRadio : public QMainWindow {
     void slot_receivedMessage(quint32 instanceId, const QByteArray& message);
 
   signals:
+    /// The settings dialog has changed them.
+    void sig_preferencesChanged();
     /// Everything is on disk: the event loop may end.
     void sig_quitRequested();
     void sig_messageShown(const Message& message);
@@ -103,6 +106,7 @@ class AllSkylarkRadio : public QMainWindow {
     void wirePlayer();
     void wireCommands();
     void wireChoices();
+    void checkChoices();
     void wireCommandLine();
     void restore();
     void showPage(int index);
@@ -113,6 +117,8 @@ class AllSkylarkRadio : public QMainWindow {
     void showAbout();
     void chooseLanguage(const QString& file);
     void askAndQuit();
+    void showSettings();
+    void preferencesChanged(const Preferences& before, const Preferences& after);
     void carryOutEnd(EndAction action);
 
     WindowServices m_services;

@@ -69,19 +69,6 @@ void AppUiSettings::setLanguageFile(const QString& file) {
     m_settings.LanguageSet.set(true); // from now on "/lang=" changes nothing
 }
 
-TrayOptions AppUiSettings::trayOptions() const {
-    TrayOptions options;
-    options.isShown = m_settings.ShowTrayIcon();
-    options.isPersistent = m_settings.PersistentTrayIcon();
-    options.isHiddenOnClose = m_settings.TrayOnClose();
-    options.isHiddenOnMinimize = m_settings.TrayOnMinimize();
-    options.isHiddenAtStart = m_settings.MinimizeToTrayOnStartUp();
-    options.isMutedByClick = m_settings.TrayClickMuteVolume();
-    options.hasPopups = !m_settings.DisablePopups();
-    options.isToolTipUpdated = m_settings.UpdateTrayToolTip();
-    return options;
-}
-
 bool AppUiSettings::askOnExitIfRecording() const {
     return m_settings.AskUserOnExitIfRecording();
 }

@@ -25,6 +25,8 @@ class AppUiSettings final : public UiSettings {
     [[nodiscard]] QString languageFile() const override;
     void setLanguageFile(const QString& file) override;
     [[nodiscard]] TrayOptions trayOptions() const override;
+    [[nodiscard]] Preferences preferences() const override;
+    void changePreferences(const Preferences& before, const Preferences& after) override;
     [[nodiscard]] bool askOnExitIfRecording() const override;
     [[nodiscard]] bool autoPlayOnStart() const override;
     [[nodiscard]] bool advancedScheduling() const override;
@@ -38,5 +40,10 @@ class AppUiSettings final : public UiSettings {
     [[nodiscard]] QFont applicationFont() const;
 
   private:
+    void changeGeneral(const Preferences& before, const Preferences& after);
+    void changeTray(const TrayOptions& before, const TrayOptions& after);
+    void changeSound(const Preferences& before, const Preferences& after);
+    void changeProxy(const ProxySettings& proxy);
+
     AppSettings& m_settings;
 };

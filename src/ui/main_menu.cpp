@@ -43,7 +43,7 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     language->addActions(commands.languages.toList());
     language->setEnabled(!language->isEmpty());
 
-    QMenu* tools = add(MainMenu::tr("T&ools"));
+    QMenu* tools = add(MainMenu::tr("&Tools"));
     tools->addAction(commands.settings);
 
     QMenu* help = add(MainMenu::tr("&Help"));

@@ -23,7 +23,6 @@ TrayIcon::TrayIcon(const Commands& commands, std::function<bool()> isAvailable, 
     m_icon.setContextMenu(m_menu.get());
     connect(&m_icon, &QSystemTrayIcon::activated, this, &TrayIcon::clicked);
     connect(&m_icon, &QSystemTrayIcon::messageClicked, this, &TrayIcon::sig_popUpClicked);
-    update();
 }
 
 TrayIcon::~TrayIcon() = default;

@@ -20,7 +20,7 @@ TrayAct trayActFor(QSystemTrayIcon::ActivationReason reason, const TrayOptions& 
 /// The program's icon in the tray, with a menu that reaches every command.
 ///
 /// *Thread*: GUI. *Owner*: the main window; the commands outlive it. *Life*: without a tray the
-/// object stays and shows nothing; the icon appears when a tray does.
+/// object stays and shows nothing; the icon appears when a tray does. setOptions() comes first.
 class TrayIcon final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TrayIcon)
@@ -62,5 +62,5 @@ class TrayIcon final : public QObject {
     std::unique_ptr<QMenu> m_menu; // a menu of no window: it lives when the window is hidden
     QSystemTrayIcon m_icon;
     QString m_heard;
-    bool m_isWindowShown = true;
+    bool m_isWindowShown = false;
 };

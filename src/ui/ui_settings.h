@@ -2,6 +2,7 @@
 
 #include "recording/recording_types.h"
 #include "stations/station.h"
+#include "ui/preferences.h"
 #include "ui/theme/theme.h"
 #include "ui/tray_options.h"
 
@@ -35,6 +36,10 @@ class UiSettings {
     virtual void setLanguageFile(const QString& file) = 0;
 
     [[nodiscard]] virtual TrayOptions trayOptions() const = 0;
+
+    [[nodiscard]] virtual Preferences preferences() const = 0;
+    /// Stores what differs between the two, and nothing else.
+    virtual void changePreferences(const Preferences& before, const Preferences& after) = 0;
 
     [[nodiscard]] virtual bool askOnExitIfRecording() const = 0;
     [[nodiscard]] virtual bool autoPlayOnStart() const = 0;

@@ -11,7 +11,6 @@
 
 WindowPresenter::WindowPresenter(const Parts& parts, QObject* parent)
     : QObject(parent), m_parts(parts), m_tray(new TrayIcon(parts.commands, parts.hasTray, this)) {
-    m_tray->setWindowShown(false);
     m_parts.window.installEventFilter(this);
     wireCommands();
 }
@@ -39,7 +38,9 @@ void WindowPresenter::wireCommands() {
 }
 
 void WindowPresenter::setTrayOptions(const TrayOptions& options) {
-    m_tray->setOptions(options);
+    TrayOptions possible = options;
+    possible.isShown = options.isShown && m_parts.hasDisplay;
+    m_tray->setOptions(possible);
     if (m_parts.window.isHidden() && m_parts.window.testAttribute(Qt::WA_WState_ExplicitShowHide) &&
         !m_tray->canHide()) {
         bringToFront(); // hidden before, and no icon any more to find it by

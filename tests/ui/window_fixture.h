@@ -44,6 +44,7 @@ class MemorySettings final : public UiSettings {
     bool isAdvanced = false;
     QString folder;
     TrayOptions tray;
+    Preferences stored;
     QString language = QStringLiteral("English.lng");
 
     [[nodiscard]] int volume() const override { return storedVolume; }
@@ -57,6 +58,19 @@ class MemorySettings final : public UiSettings {
     [[nodiscard]] QString languageFile() const override { return language; }
     void setLanguageFile(const QString& file) override { language = file; }
     [[nodiscard]] TrayOptions trayOptions() const override { return tray; }
+    [[nodiscard]] Preferences preferences() const override {
+        Preferences now = stored;
+        now.theme = storedTheme;
+        now.languageFile = language;
+        now.tray = tray;
+        return now;
+    }
+    void changePreferences(const Preferences&, const Preferences& after) override {
+        stored = after;
+        storedTheme = after.theme;
+        language = after.languageFile;
+        tray = after.tray;
+    }
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }
     [[nodiscard]] bool advancedScheduling() const override { return isAdvanced; }
@@ -76,7 +90,10 @@ class MemorySettings final : public UiSettings {
 /// A real window over a scripted player.
 class WindowTest : public ::testing::Test {
   protected:
-    WindowTest() { settings.folder = folder.filePath(QStringLiteral("Recordings")); }
+    WindowTest() {
+        settings.folder = folder.filePath(QStringLiteral("Recordings"));
+        settings.tray.isShown = false; // the offscreen platform has none and says so each time
+    }
 
     /// Makes and shows the window; done late, so that a test can set up what it finds.
     AllSkylarkRadio& open(const QStringList& arguments = {QStringLiteral("wavelark")}) {

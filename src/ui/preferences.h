@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/application_proxy.h"
+#include "ui/theme/theme.h"
+#include "ui/tray_options.h"
+
+#include <QString>
+
+/// What the settings dialog shows and changes. A plain value.
+struct Preferences {
+    // General
+    QString languageFile;
+    ThemeChoice theme = ThemeChoice::System;
+    bool isAutoPlaying = false;
+    bool isAskingOnExit = true; ///< while recording
+    bool areMultipleInstancesAllowed = true;
+    bool isLogFileKept = true;
+    TrayOptions tray;
+
+    // Playing
+    int fadeInSeconds = 2;
+    int fadeOutSeconds = 2;
+    int bufferMs = 6000;
+    int attempts = 2; ///< to connect
+
+    // Recording
+    QString recordingFolder; ///< native separators; empty: the standard folder
+    QString patternSplit;
+    QString patternNoSplit;
+
+    // Network
+    ProxySettings proxy;
+};
+
+/// What keeps the preferences from being taken over, in one sentence for the user; empty: nothing
+/// does. Looks at no disk. Pure.
+QString preferencesFault(const Preferences& preferences);
+
+/// True where something differs that only the next start of the program takes notice of. Pure.
+bool isRestartNeeded(const Preferences& before, const Preferences& after);
