@@ -322,6 +322,13 @@
     </message>
 </context>
 <context>
+    <name>BASS::DiskSpace</name>
+    <message>
+        <source>Only %1 MB are free in %2; recordings leave %3 MB.</source>
+        <translation>In %2 sind nur noch %1 MB frei; Aufnahmen lassen %3 MB übrig.</translation>
+    </message>
+</context>
+<context>
     <name>BASS::FileTagger</name>
     <message>
         <source>Cannot write tags to</source>
@@ -345,13 +352,6 @@
     <message>
         <source>The list of played stations could not be saved: %1</source>
         <translation>Die Liste der gespielten Sender konnte nicht gespeichert werden: %1</translation>
-    </message>
-</context>
-<context>
-    <name>BASS::RecordingSession</name>
-    <message>
-        <source>Only %1 MB are free in %2; recordings leave %3 MB.</source>
-        <translation>In %2 sind nur noch %1 MB frei; Aufnahmen lassen %3 MB übrig.</translation>
     </message>
 </context>
 <context>
