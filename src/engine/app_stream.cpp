@@ -39,6 +39,8 @@ AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* 
         &m_infoTimer, &QTimer::timeout, this, [this] { emit sig_streamInfoChanged(streamInfo()); });
     connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, [this] {
         m_isRecorderOn = m_recorder.isRunning();
+        if (!m_isRecorderOn)
+            m_encoder.stop(); // the files have ended by themselves: nothing is left to encode for
         emit sig_recordingChanged(m_isRecorderOn);
     });
 }
@@ -420,6 +422,7 @@ void AppStream::audioBytes(const char* data, qint64 bytes) {
 
 void AppStream::connectionEnded() {
     m_recorder.connectionEnded();
+    m_encoder.connectionEnded();
 }
 
 /// The cut itself is the recorder's: it knows the title's place in the bytes and counts the delay
