@@ -1,5 +1,6 @@
 #include "engine/channel_encoder.h"
 
+#include "base/clock.h"
 #include "base/log.h"
 #include "recording/encoded_session.h"
 #include "recording/stream_recorder.h"
@@ -63,6 +64,9 @@ bool ChannelEncoder::begin(DWORD channel) {
     request.channel = channel;
     request.encoder = m_options.encoder;
     request.bitrate = m_options.encodingBitrate;
+    request.mode = m_options.encodingMode;
+    request.params = m_options.encoderParams;
+    request.userArguments = m_options.encoderArguments;
     request.proc = &ChannelEncoder::onBytes;
     request.user = this;
     request.outputPath = m_options.folder;
@@ -76,6 +80,7 @@ bool ChannelEncoder::begin(DWORD channel) {
     if (m_isPaused)
         m_library.Encode_SetPaused(m_holder.encoder(), true);
     nameFile(m_holder.encoder(), m_song);
+    m_fileBegan = SystemClock().steady();
     return true;
 }
 
@@ -146,9 +151,12 @@ void ChannelEncoder::connectionEnded() {
 
 void ChannelEncoder::cutAt(const Song& song) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_isActive || m_options.mode == RecordMode::NoSplit || m_unwanted != 0)
+    if (!m_isActive || m_unwanted != 0)
         return;
-    if (m_holder.encoder() == 0)
+    if (m_options.mode == RecordMode::NoSplit) {
+        m_song = song;
+        m_recorder.feedEncoded([song](EncodedSession& files) { files.noteTitle(song); }, 0);
+    } else if (m_holder.encoder() == 0)
         m_song = song;
     else if (m_isBetween)
         m_awaited = song; // its place is one of a channel that this encoder is not on
@@ -164,19 +172,29 @@ void ChannelEncoder::cutBefore(const Song& song) {
     m_song = song;
     const HENCODE old = m_holder.encoder();
     const auto position = static_cast<QWORD>(std::max<qint64>(0, song.position));
-    const HENCODE next =
-        m_library.Encode_CutAt(old, position, delayOf(m_options), &ChannelEncoder::onBytes, this);
+    const HENCODE next = goOnInNext(position, delayOf(m_options));
     if (next == 0) {
         // one cut is waited for already; its file gets the newest name
         nameFile(old, song);
         return;
     }
-    m_leaving.insert(old);
-    m_holder.cutTo(next);
     if (isLast)
         m_unwanted = next;
     else
         nameFile(next, song);
+}
+
+/// 0: a cut is waited for already.
+HENCODE ChannelEncoder::goOnInNext(QWORD position, DWORD delayMs) {
+    const HENCODE old = m_holder.encoder();
+    const HENCODE next =
+        m_library.Encode_CutAt(old, position, delayMs, &ChannelEncoder::onBytes, this);
+    if (next == 0)
+        return 0;
+    m_leaving.insert(old);
+    m_holder.cutTo(next);
+    m_fileBegan = SystemClock().steady();
+    return next;
 }
 
 // --- an encoder's thread
@@ -227,18 +245,37 @@ void ChannelEncoder::ended(HENCODE encoder) {
         QMetaObject::invokeMethod(this, &ChannelEncoder::stop, Qt::QueuedConnection);
 }
 
-/// A library that does not tell the end of an encoder is asked.
 void ChannelEncoder::check() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        const HENCODE encoder = m_holder.encoder();
-        if (!m_isActive || encoder == 0 ||
-            m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
+        if (!m_isActive || m_holder.encoder() == 0)
             return;
-        m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); },
-                               0);
+        if (!hasStopped()) {
+            splitByTime();
+            return;
+        }
     }
     stop();
+}
+
+/// A library that does not tell the end of an encoder is asked.
+bool ChannelEncoder::hasStopped() {
+    const HENCODE encoder = m_holder.encoder();
+    if (m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
+        return false;
+    m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); }, 0);
+    return true;
+}
+
+/// Parts of a recording that is not split by its titles, to the second of the watch.
+void ChannelEncoder::splitByTime() {
+    const bool isWanted = m_options.mode == RecordMode::NoSplit && m_options.splitEvery.count() > 0;
+    if (!isWanted || m_isPaused || m_isBetween ||
+        SystemClock().steady() - m_fileBegan < m_options.splitEvery)
+        return;
+    constexpr QWORD kAtOnce = 0; // every place that has been decoded is behind it
+    if (const HENCODE next = goOnInNext(kAtOnce, 0); next != 0)
+        nameFile(next, m_song);
 }
 
 } // namespace BASS

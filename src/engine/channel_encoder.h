@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -58,6 +59,9 @@ class ChannelEncoder final : public QObject {
 
     // with the mutex held
     [[nodiscard]] bool begin(DWORD channel);
+    [[nodiscard]] bool hasStopped();
+    void splitByTime();
+    HENCODE goOnInNext(QWORD position, DWORD delayMs);
     void moveTo(DWORD channel);
     void cutBefore(const Song& song);
     void nameFile(HENCODE encoder, const Song& song);
@@ -72,6 +76,7 @@ class ChannelEncoder final : public QObject {
     EncoderHolder m_holder;
     RecordingOptions m_options;
     Song m_song;
+    std::chrono::milliseconds m_fileBegan{0}; ///< steady
     std::optional<Song> m_awaited; ///< came with a connection whose channel is not encoded yet
     bool m_isActive = false;
     bool m_isPaused = false;
