@@ -53,6 +53,7 @@ struct RecordingOptions {
     EncoderMode encodingMode = EncoderMode::ConstantBitrate; ///< where the encoder has it
     QString encoderParams;       ///< as CEncoderParams builds them; empty: from bitrate and mode
     QString encoderArguments;    ///< the user's own, for an external program; empty: the usual ones
+    bool isM4aUsed = false;      ///< AAC streams become M4A files
     bool isOriginalKept = false; ///< the stream's own data goes beside what is encoded
     bool isSameKept = false;     ///< a stream that is what would be encoded is written as it comes
     bool hasTags = false;        ///< finished files get tags
