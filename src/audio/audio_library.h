@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/audio_encoding.h"
+#include "audio/effect_settings.h"
 
 namespace BASS {
 
@@ -108,6 +109,9 @@ class AudioLibrary : public AudioEncoding {
     virtual const char* ChannelGetTags(DWORD handle, DWORD tags) = 0;
     virtual bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) = 0;
     virtual bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) = 0;
+    /// Not of the library's own: shapes the channel's sound from now on, without a click; also what
+    /// its encoders get. With handle 0 every channel created from now on, from its first sample.
+    virtual bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) = 0;
     /// Moves an attribute to a value over `time` milliseconds of heard time; BASS_SYNC_SLIDE
     /// follows.
     virtual bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) = 0;

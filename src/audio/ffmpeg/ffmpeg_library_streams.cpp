@@ -121,7 +121,9 @@ FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
     context.signal = &m_signal;
     const std::lock_guard lock(m_mutex);
     context.handle = m_nextHandle++;
-    return std::make_shared<StreamChannel>(context);
+    auto channel = std::make_shared<StreamChannel>(context);
+    channel->effects().set(m_effects);
+    return channel;
 }
 
 std::size_t FfmpegLibrary::fifoBound() const {

@@ -64,7 +64,7 @@ std::string headerBlock(const HttpHeaders& headers, bool onlyIcy) {
 
 StreamChannel::StreamChannel(const Context& context)
     : m_context(context), m_voice(static_cast<std::uint32_t>(context.rate), *context.signal),
-      m_syncs(context.handle), m_pcmTap(context.rate) {}
+      m_syncs(context.handle), m_effects(context.rate), m_pcmTap(context.rate) {}
 
 StreamChannel::~StreamChannel() {
     close();
@@ -100,7 +100,9 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     callbacks.title = [this](TagTimeline::Entry entry) { addTitle(std::move(entry)); };
     callbacks.accepts = std::move(accepts);
     callbacks.isUnheard = [this] { return isUnheard(); };
+    callbacks.isAdjusted = [this] { return m_effects.isBeingAdjusted(); };
     callbacks.pcm = [this](std::vector<float>& samples, std::uint64_t position) {
+        m_effects.process(samples.data(), samples.size() / Voice::kChannels);
         if (m_pcmTap.isUsed())
             m_pcmTap.feed(samples.data(), samples.size() / Voice::kChannels, position);
     };

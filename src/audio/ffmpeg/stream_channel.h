@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/effects/effect_chain.h"
 #include "audio/ffmpeg/decode_worker.h"
 #include "audio/ffmpeg/net_engine.h"
 #include "audio/ffmpeg/pcm_tap.h"
@@ -58,6 +59,7 @@ class StreamChannel {
     [[nodiscard]] DWORD flags() const { return m_context.flags; }
     [[nodiscard]] Voice& voice() { return m_voice; }
     [[nodiscard]] SyncTable& syncs() { return m_syncs; }
+    [[nodiscard]] EffectChain& effects() { return m_effects; }
     [[nodiscard]] PcmTap& pcmTap() { return m_pcmTap; }
     /// As SyncTable::add(). A connection that has ended before anyone asked is told now.
     HSYNC addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user);
@@ -96,6 +98,7 @@ class StreamChannel {
     const Context m_context;
     Voice m_voice;
     SyncTable m_syncs;
+    EffectChain m_effects;
     PcmTap m_pcmTap;
     NetEngine* m_net = nullptr;
     std::shared_ptr<StreamTap> m_tap;
