@@ -130,6 +130,24 @@
         <source>The audio library &quot;%1&quot; cannot be loaded: %2</source>
         <translation>Die Audiobibliothek „%1“ kann nicht geladen werden: %2</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; cannot be loaded: %2</source>
+        <translation>„%1“ kann nicht geladen werden: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; lacks functions that are needed: %2</source>
+        <translation>In „%1“ fehlen benötigte Funktionen: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is version %2.%3; version 2.4 is needed</source>
+        <translation>„%1“ hat die Version %2.%3; benötigt wird die Version 2.4</translation>
+    </message>
+    <message>
+        <source>%1
+The embedded audio library is used instead.</source>
+        <translation>%1
+Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
+    </message>
 </context>
 <context>
     <name>BASS::CBass</name>

@@ -2,35 +2,19 @@
 
 #include "app/ini_codec.h"
 #include "base/atomic_file.h"
+#include "base/file_lock.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QThread>
 
 #include <filesystem>
 
 namespace {
-constexpr int kLockWaitMs = 5000;
-constexpr int kLockPauseMs = 8;
-
 QString shown(const QString& path) {
     return QDir::toNativeSeparators(path);
-}
-
-/// QLockFile's own waiting doubles its pauses up to seconds; writes here take milliseconds.
-bool takeLock(QLockFile& lock) {
-    QElapsedTimer waited;
-    waited.start();
-    while (!lock.tryLock(0)) {
-        if (lock.error() != QLockFile::LockFailedError || waited.elapsed() > kLockWaitMs)
-            return false;
-        QThread::msleep(kLockPauseMs);
-    }
-    return true;
 }
 
 /// Snapshot and the bytes it was made of.
@@ -118,7 +102,7 @@ mergeIni(const QString& path, const QVariantMap& changes, const QVariantMap& las
         return Error{QCoreApplication::translate("Settings", "Cannot create the folder %1")
                          .arg(shown(folder))};
     QLockFile lock(path + QStringLiteral(".lock"));
-    if (!takeLock(lock))
+    if (!takeFileLock(lock))
         return Error{QCoreApplication::translate("Settings", "Cannot write to the folder %1")
                          .arg(shown(folder))};
 

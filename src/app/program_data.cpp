@@ -6,24 +6,18 @@
 
 namespace {
 const QStringList& ownNames() {
-    static const QStringList names{QStringLiteral("Brindlecove"),
-                                   QStringLiteral("favorites.xml"),
-                                   QStringLiteral("favorites_bak.xml"),
-                                   QStringLiteral("history.xml"),
-                                   QStringLiteral("history_bak.xml"),
-                                   QStringLiteral("schedules.xml"),
-                                   QStringLiteral("schedules_bak.xml"),
-                                   QStringLiteral("metadata_list.txt"),
-                                   QStringLiteral("metalist.txt"),
-                                   QStringLiteral("wishlist.txt"),
-                                   QStringLiteral("date_formats.txt"),
-                                   QStringLiteral("time_formats.txt"),
-                                   QStringLiteral("scrobbling_exception.txt"),
-                                   QStringLiteral("Wavelark.log"),
-                                   QStringLiteral("Wavelark.log.1"),
-                                   QStringLiteral("Wavelark.log.2"),
-                                   QStringLiteral("Wavelark.log.3"),
-                                   QStringLiteral("Wavelark.log.lock")};
+    static const QStringList names{
+        QStringLiteral("Brindlecove"),       QStringLiteral("favorites.xml"),
+        QStringLiteral("favorites_bak.xml"), QStringLiteral("history.xml"),
+        QStringLiteral("history_bak.xml"),   QStringLiteral("played.json"),
+        QStringLiteral("played.json.lock"),  QStringLiteral("crash.txt"),
+        QStringLiteral("schedules.xml"),     QStringLiteral("schedules_bak.xml"),
+        QStringLiteral("metadata_list.txt"), QStringLiteral("metalist.txt"),
+        QStringLiteral("wishlist.txt"),      QStringLiteral("date_formats.txt"),
+        QStringLiteral("time_formats.txt"),  QStringLiteral("scrobbling_exception.txt"),
+        QStringLiteral("Wavelark.log"),      QStringLiteral("Wavelark.log.1"),
+        QStringLiteral("Wavelark.log.2"),    QStringLiteral("Wavelark.log.3"),
+        QStringLiteral("Wavelark.log.lock")};
     return names;
 }
 

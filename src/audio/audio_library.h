@@ -128,8 +128,12 @@ class AudioLibrary : public AudioEncoding {
     virtual DWORD ChannelGetLevel(DWORD handle) = 0;
 };
 
-/// What a provider module exports under this name: makes the library, owned by the caller.
+/// What a provider module exports under this name: makes the library, owned by the caller. Null
+/// where it cannot; then nothing of it but the module itself is left in the process.
 using CreateAudioLibraryProc = AudioLibrary*();
 constexpr const char* kCreateAudioLibrarySymbol = "wavelark_create_audio_library";
+/// May be exported beside it: why the last call has made none, for the user, in UTF-8.
+using AudioLibraryRefusalProc = const char*();
+constexpr const char* kAudioLibraryRefusalSymbol = "wavelark_audio_library_refusal";
 
 } // namespace BASS

@@ -2,14 +2,17 @@
 
 #include "base/background_worker.h"
 #include "base/result.h"
-#include "stations/station.h"
+#include "stations/played_list.h"
 
 #include <QObject>
 #include <QVector>
 
+#include <mutex>
+
 namespace BASS {
 
-/// The stations played, the most recent first, kept in a JSON file.
+/// The stations played, the most recent first, kept in a JSON file that running instances share:
+/// each puts its own changes into what it finds there.
 ///
 /// *Thread*: lives on the thread that made it; the file is written on a thread of its own, so that
 /// a slow disk holds nobody up. *Owner*: main(). *Life*: load() once, then anything. Destroying it
@@ -19,8 +22,6 @@ class PlayedStations final : public QObject {
     Q_DISABLE_COPY_MOVE(PlayedStations)
 
   public:
-    static constexpr int kMaxStations = 500;
-
     explicit PlayedStations(QString path, QObject* parent = nullptr);
     ~PlayedStations() override;
 
@@ -29,8 +30,7 @@ class PlayedStations final : public QObject {
     [[nodiscard]] Status load();
 
     [[nodiscard]] const QVector<StationRecord>& stations() const { return m_stations; }
-    /// The place of the station with the same id or, where one of them has none, the same address;
-    /// -1: none.
+    /// As indexIn().
     [[nodiscard]] int indexOf(const StationRecord& station) const;
 
     /// Puts the station in front; an entry of the same station is replaced.
@@ -45,16 +45,20 @@ class PlayedStations final : public QObject {
     void sig_saveFailed(const QString& message);
 
   private:
-    void changed();
+    void change(const PlayedChange& change);
+    void write();                                           // writer thread
+    [[nodiscard]] QVector<StationRecord> readAgain() const; // writer thread
+    void adopt(QVector<StationRecord> written);
 
-    QString m_path;
+    const QString m_path;
     QVector<StationRecord> m_stations;
     bool m_maySave = true;
+
+    std::mutex m_mutex; ///< guards what follows
+    QVector<PlayedChange> m_unwritten;
+
+    QVector<StationRecord> m_onDisk; ///< the writer's once there is something to write
     BackgroundWorker m_writer;
 };
-
-/// The file's form. The array is bounded by kMaxStations, entries without an address are left out.
-QByteArray playedStationsToJson(const QVector<StationRecord>& stations);
-Result<QVector<StationRecord>> playedStationsFromJson(const QByteArray& json);
 
 } // namespace BASS

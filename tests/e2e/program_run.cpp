@@ -4,13 +4,13 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
 #include <algorithm>
 
 ProgramRun::ProgramRun() : m_environment(QProcessEnvironment::systemEnvironment()) {
-    m_environment.insert(QStringLiteral("WAVELARK_DATA"), m_folder.path());
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     m_environment.insert(QStringLiteral("SDL_AUDIODRIVER"), QStringLiteral("dummy"));
     // what Qt's offscreen platform leaves behind is no fault of the program
@@ -20,13 +20,18 @@ ProgramRun::ProgramRun() : m_environment(QProcessEnvironment::systemEnvironment(
     m_process.setProcessChannelMode(QProcess::MergedChannels);
 }
 
+ProgramRun::ProgramRun(const ProgramRun& first) : ProgramRun() {
+    m_dataFolder = first.m_dataFolder;
+    m_program = first.m_program;
+}
+
 ProgramRun::~ProgramRun() {
     kill();
 }
 
 void ProgramRun::setSetting(const QString& key, const QString& value) {
-    QDir(m_folder.path()).mkpath(QStringLiteral("Brindlecove"));
-    QSettings file(m_folder.filePath(QStringLiteral("Brindlecove/Wavelark.ini")),
+    QDir(m_dataFolder).mkpath(QStringLiteral("Brindlecove"));
+    QSettings file(m_dataFolder + QStringLiteral("/Brindlecove/Wavelark.ini"),
                    QSettings::IniFormat);
     file.setValue(key, value);
 }
@@ -36,8 +41,9 @@ void ProgramRun::setEnvironment(const QString& name, const QString& value) {
 }
 
 void ProgramRun::start(const QStringList& arguments) {
+    m_environment.insert(QStringLiteral("WAVELARK_DATA"), m_dataFolder);
     m_process.setProcessEnvironment(m_environment);
-    m_process.start(QStringLiteral(WAVELARK_PROGRAM), arguments);
+    m_process.start(m_program, arguments);
     m_process.waitForStarted();
 }
 
@@ -64,6 +70,11 @@ void ProgramRun::kill() {
         return;
     m_process.kill();
     m_process.waitForFinished();
+}
+
+QString ProgramRun::log() const {
+    QFile file(m_dataFolder + QStringLiteral("/Wavelark.log"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 QString ProgramRun::output() {

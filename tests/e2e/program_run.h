@@ -10,7 +10,14 @@
 class ProgramRun {
   public:
     ProgramRun();
+    /// Another start of the program in the data folder of the first.
+    explicit ProgramRun(const ProgramRun& first);
     ~ProgramRun();
+    ProgramRun& operator=(const ProgramRun&) = delete;
+
+    /// Another place of the program's files than the build folder, and of its data.
+    void setProgram(const QString& path) { m_program = path; }
+    void setDataFolder(const QString& path) { m_dataFolder = path; }
 
     /// A setting of the INI file, before start().
     void setSetting(const QString& key, const QString& value);
@@ -21,19 +28,25 @@ class ProgramRun {
     /// Waits until what it printed contains the text.
     bool waitForOutput(const QString& text, std::chrono::seconds limit);
     void kill();
+    /// Asks it to end in order.
+    void terminate() { m_process.terminate(); }
     [[nodiscard]] int exitCode() const { return m_process.exitCode(); }
     [[nodiscard]] bool isCrashed() const { return m_process.exitStatus() == QProcess::CrashExit; }
     [[nodiscard]] QString output();
     [[nodiscard]] qint64 processId() const { return m_process.processId(); }
-    [[nodiscard]] QString dataFolder() const { return m_folder.path(); }
+    [[nodiscard]] QString dataFolder() const { return m_dataFolder; }
     [[nodiscard]] QString recordingFolder() const {
-        return m_folder.filePath(QStringLiteral("Recordings"));
+        return m_dataFolder + QStringLiteral("/Recordings");
     }
+    /// What stands in the log file by now.
+    [[nodiscard]] QString log() const;
     /// Every recorded file in the order in which they were begun.
     [[nodiscard]] QStringList recordings() const;
 
   private:
     QTemporaryDir m_folder;
+    QString m_dataFolder = m_folder.path();
+    QString m_program = QStringLiteral(WAVELARK_PROGRAM);
     QProcess m_process;
     QProcessEnvironment m_environment;
     QString m_output;

@@ -75,6 +75,26 @@ TEST_F(PlayedTest, OneEntryForEachStationTheLatestInFront) {
     EXPECT_EQ(urls(played), list({"http://c/", "http://b/"}));
 }
 
+TEST_F(PlayedTest, InstancesShareTheFileWithoutLosingEachOthersStations) {
+    {
+        auto first = next();
+        auto second = next();
+        first->add(station(QStringLiteral("http://a/")));
+        first.reset(); // written
+        second->add(station(QStringLiteral("http://b/")));
+        second->add(station(QStringLiteral("http://c/")));
+        QSignalSpy changed(second.get(), &PlayedStations::sig_changed);
+        while (urls(*second).size() < 3)
+            ASSERT_TRUE(changed.wait());
+        EXPECT_EQ(urls(*second), list({"http://c/", "http://b/", "http://a/"}));
+        auto third = next();
+        second->remove(1);
+        second.reset();
+        third->add(station(QStringLiteral("http://d/")));
+    }
+    EXPECT_EQ(urls(*next()), list({"http://d/", "http://c/", "http://a/"}));
+}
+
 TEST_F(PlayedTest, EverythingKnownIsThereInTheNextRun) {
     StationRecord full =
         station(QStringLiteral("http://user:pass@a/äöü?x=\"1\""), QStringLiteral("id"));
@@ -137,11 +157,11 @@ TEST_F(PlayedTest, OddEntriesAreLeftOutAndTheListIsBounded) {
         ASSERT_EQ(urls(*played), list({"http://a/"}));
         EXPECT_EQ(played->stations().first().bitrate, 0);
         EXPECT_EQ(played->stations().first().splitDelayMs, 0U);
-        for (int n = 0; n < PlayedStations::kMaxStations + 5; ++n)
+        for (int n = 0; n < BASS::kMaxPlayedStations + 5; ++n)
             played->add(station(QStringLiteral("http://%1/").arg(n)));
-        EXPECT_EQ(played->stations().size(), PlayedStations::kMaxStations);
+        EXPECT_EQ(played->stations().size(), BASS::kMaxPlayedStations);
     }
-    EXPECT_EQ(next()->stations().size(), PlayedStations::kMaxStations);
+    EXPECT_EQ(next()->stations().size(), BASS::kMaxPlayedStations);
 }
 
 TEST_F(PlayedTest, AFolderThatCannotBeWrittenIsReported) {

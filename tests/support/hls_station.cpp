@@ -76,9 +76,9 @@ QByteArray hexNumber(int number) {
 QByteArray HlsStation::State::playlist() const {
     const int last = newest();
     const int first = script.isLive ? std::max(0, last + 1 - script.window) : 0;
-    QByteArray text = "#EXTM3U\r\n#EXT-X-VERSION:6\r\n#EXT-X-TARGETDURATION:2\r\n"
-                      "#EXT-X-MEDIA-SEQUENCE:" +
-                      QByteArray::number(first) + "\r\n";
+    QByteArray text = "#EXTM3U\r\n#EXT-X-VERSION:6\r\n#EXT-X-TARGETDURATION:" +
+                      QByteArray::number(script.target) +
+                      "\r\n#EXT-X-MEDIA-SEQUENCE:" + QByteArray::number(first) + "\r\n";
     if (!script.key.isEmpty())
         text += "#EXT-X-KEY:METHOD=AES-128,URI=\"key\"\r\n";
     QByteArray map;

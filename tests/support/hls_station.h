@@ -20,6 +20,7 @@ struct HlsPiece {
 struct HlsScript {
     QVector<HlsPiece> pieces;
     bool isLive = false;   ///< else everything is there from the beginning, and there is an end
+    int target = 2;        ///< seconds, as the playlist says: how often it is looked at
     int window = 4;        ///< live: pieces that the playlist shows; they repeat for ever
     double speed = 1.0;    ///< live: times real time
     QByteArray key;        ///< 16 bytes: segments are encrypted with it

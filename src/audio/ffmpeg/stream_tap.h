@@ -1,8 +1,8 @@
 #pragma once
 
 #include "audio/audio_library.h"
+#include "audio/callback_gate.h"
 #include "audio/ffmpeg/byte_fifo.h"
-#include "audio/ffmpeg/callback_gate.h"
 #include "audio/ffmpeg/http_transfer.h"
 #include "audio/ffmpeg/icy_demux.h"
 #include "audio/ogg_link_splitter.h"
