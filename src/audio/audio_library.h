@@ -21,7 +21,8 @@ using SYNCPROC = void(HSYNC handle, DWORD channel, DWORD data, void* user);
 /// A title as the network thread met it, before it is heard.
 struct StreamTitle {
     QWORD position;   ///< audio bytes of this connection that came before it
-    DWORD tagType;    ///< BASS_TAG_META (an ICY block) or BASS_TAG_OGG (comments of a new link)
+    DWORD tagType;    ///< BASS_TAG_META (an ICY block), BASS_TAG_OGG (comments of a new link, timed
+                      ///< metadata) or BASS_TAG_HLS_EXTINF (a segment begins)
     const char* data; ///< in the tag type's layout; valid during the call only
     DWORD length;     ///< bytes, the terminating zeros not counted
 };
