@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/audio_encoding.h"
+#include "audio/effect_settings.h"
 
 namespace BASS {
 
@@ -20,7 +21,8 @@ using SYNCPROC = void(HSYNC handle, DWORD channel, DWORD data, void* user);
 /// A title as the network thread met it, before it is heard.
 struct StreamTitle {
     QWORD position;   ///< audio bytes of this connection that came before it
-    DWORD tagType;    ///< BASS_TAG_META (an ICY block) or BASS_TAG_OGG (comments of a new link)
+    DWORD tagType;    ///< BASS_TAG_META (an ICY block), BASS_TAG_OGG (comments of a new link, timed
+                      ///< metadata) or BASS_TAG_HLS_EXTINF (a segment begins)
     const char* data; ///< in the tag type's layout; valid during the call only
     DWORD length;     ///< bytes, the terminating zeros not counted
 };
@@ -108,6 +110,9 @@ class AudioLibrary : public AudioEncoding {
     virtual const char* ChannelGetTags(DWORD handle, DWORD tags) = 0;
     virtual bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) = 0;
     virtual bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) = 0;
+    /// Not of the library's own: shapes the channel's sound from now on, without a click; also what
+    /// its encoders get. With handle 0 every channel created from now on, from its first sample.
+    virtual bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) = 0;
     /// Moves an attribute to a value over `time` milliseconds of heard time; BASS_SYNC_SLIDE
     /// follows.
     virtual bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) = 0;

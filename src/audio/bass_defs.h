@@ -77,6 +77,8 @@ constexpr DWORD BASS_WMA_ENCODE_STANDARD = 8192;
 constexpr DWORD BASS_ATTRIB_FREQ = 1;
 constexpr DWORD BASS_ATTRIB_VOL = 2;      ///< 0.0 to 1.0
 constexpr DWORD BASS_ATTRIB_BITRATE = 12; ///< kbit/s
+/// Not of the library's own, read only: decibels that the automatic volume adds now.
+constexpr DWORD BASS_ATTRIB_AUTO_GAIN = 0x57410001;
 
 constexpr DWORD BASS_ACTIVE_STOPPED = 0;
 constexpr DWORD BASS_ACTIVE_PLAYING = 1;
@@ -96,11 +98,14 @@ constexpr DWORD BASS_SYNC_WMA_META = 0x10101;
 constexpr DWORD BASS_SYNC_HLS_SEGMENT = 0x10300;
 constexpr DWORD BASS_SYNC_ONETIME = 0x80000000;
 
-constexpr DWORD BASS_TAG_OGG =
-    2; ///< "NAME=value" UTF-8 texts, each zero-terminated, ended by an empty one
+constexpr DWORD BASS_TAG_OGG = 2; ///< "NAME=value" UTF-8 texts, each zero-terminated, ended by an
+                                  ///< empty one; also the texts of timed metadata
 constexpr DWORD BASS_TAG_HTTP = 3; ///< header lines, same layout
 constexpr DWORD BASS_TAG_ICY = 4;  ///< "icy-name:..." header lines, same layout
 constexpr DWORD BASS_TAG_META = 5; ///< the ICY title block that is heard now, zero-terminated
+
+constexpr DWORD BASS_TAG_HLS_EXTINF =
+    0x14000; ///< what the playlist says of the segment, "10.0,Artist - Title" for example
 
 constexpr DWORD BASS_POS_BYTE = 0;
 

@@ -211,6 +211,7 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"MaxPodcastEpisodesMenu", &AppSettings::MaxPodcastEpisodesMenu, 10},
     {"PodcastEpisodeSortColumn", &AppSettings::PodcastEpisodeSortColumn, -1},
     {"RecSplitDelayMs", &AppSettings::RecSplitDelayMs, 0},
+    {"RecEncodingMode", &AppSettings::RecEncodingMode, 0},
 };
 
 inline constexpr SettingRow<TextSetting, const char*> kTextSettings[] = {

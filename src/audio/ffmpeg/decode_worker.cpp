@@ -181,7 +181,7 @@ bool DecodeWorker::stepOnce() {
         return true;
     const bool isUnheard = m_isReady && m_callbacks.isUnheard && m_callbacks.isUnheard();
     m_decoder->setSkipping(isUnheard);
-    m_voice.setLean(isUnheard);
+    m_voice.setLean(isUnheard || (m_callbacks.isAdjusted && m_callbacks.isAdjusted()));
     switch (m_decoder->step()) {
     case LinkDecoder::Step::Audio:
         m_fedLastGood = m_fed;

@@ -32,6 +32,9 @@ class DecodeWorker {
         std::function<std::string()> contentType;
         /// True while nobody hears or uses what is decoded: then it is not. May be empty.
         std::function<bool()> isUnheard;
+        /// True while a change of the sound should be heard soon: less is decoded ahead. May be
+        /// empty.
+        std::function<bool()> isAdjusted;
         /// What has been decoded, to shape and to branch off before it is heard; may be empty.
         std::function<void(std::vector<float>& samples, std::uint64_t bytePosition)> pcm;
     };

@@ -75,6 +75,7 @@ class FfmpegLibrary final : public AudioLibrary {
     const char* ChannelGetTags(DWORD handle, DWORD tags) override;
     bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) override;
     bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) override;
+    bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) override;
     bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) override;
     bool ChannelIsSliding(DWORD handle, DWORD attribute) override;
     HSYNC
@@ -121,6 +122,7 @@ class FfmpegLibrary final : public AudioLibrary {
         DWORD flags;
         DOWNLOADPROC* proc;
         void* user;
+        bool isFile = false; ///< the user's own
     };
 
     struct EncoderArguments {
@@ -173,6 +175,7 @@ class FfmpegLibrary final : public AudioLibrary {
     std::string m_proxy;
     std::string m_deviceName;
     std::string m_deviceDriver;
+    EffectSettings m_effects; ///< of channels to come
 
     std::unique_ptr<NetEngine> m_net;
     std::atomic<bool> m_isStopping{false};
