@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """kill -9 at random moments of recordings of a real Icecast, each format in turn: files that do not decode, and how old
-the newest byte on the disk was. Usage: bench/recording_kill.py [KILLS [AT_ONCE]]"""
+the newest byte on the disk was. Usage: bench/recording_kill.py [KILLS [AT_ONCE [MOUNT...]]]"""
 
 import pathlib
 import random
@@ -14,6 +14,12 @@ from common import PROGRAM, environment, need_build, wait_for
 from radio import FORMATS, Radio, decoded, recorded_files
 
 
+def fault_of(path):
+    """Why a file does not play; empty: it does."""
+    samples, said = decoded(path)
+    return "" if samples and not said else f"{path.name} ({path.stat().st_size} bytes): {said[:80] or 'silent'}"
+
+
 def kill_once(radio, name, moment):
     with tempfile.TemporaryDirectory() as folder:
         process = subprocess.Popen([str(PROGRAM), f"/url={radio.url(name)}", "/name=Bench", "/action=Record (Split)"],
@@ -25,7 +31,7 @@ def kill_once(radio, name, moment):
         process.wait()
         files = recorded_files(folder)
         newest = max(path.stat().st_mtime for path in files)
-        broken = [path.name for path in files if decoded(path)[1] or not decoded(path)[0]]
+        broken = [fault for fault in map(fault_of, files) if fault]
         return name, killed - newest, broken
 
 
@@ -34,8 +40,8 @@ def main():
     kills = int(sys.argv[1]) if len(sys.argv) > 1 else 200
     at_once = int(sys.argv[2]) if len(sys.argv) > 2 else 6
     dice = random.Random(1)
-    names = list(FORMATS)
-    with Radio(seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
+    names = sys.argv[3:] or list(FORMATS)
+    with Radio(names, seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
         jobs = [pool.submit(kill_once, radio, names[n % len(names)], dice.uniform(0.2, 5)) for n in range(kills)]
         results = [job.result() for job in jobs]
     broken = [(name, files) for name, _, files in results if files]

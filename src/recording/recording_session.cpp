@@ -6,6 +6,7 @@
 #include "recording/recording_path.h"
 #include "recording/stream_format.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
@@ -362,8 +363,12 @@ void RecordingSession::closeFile() {
     file.started = m_fileStarted;
     file.comment = recordingComment(m_log, file.path);
     m_fileFrames = 0;
-    m_finishedBytes += file.bytes;
-    if (file.bytes > 0) {
+    // a start within a link of Opus right before its end: all of it is what a decoder skips
+    const bool isSilent = m_fileFormat == StreamFormat::Ogg && file.duration.count() <= 0;
+    if (isSilent)
+        QFile::remove(file.path);
+    m_finishedBytes += isSilent ? 0 : file.bytes;
+    if (file.bytes > 0 && !isSilent) {
         m_log.files.append({file.path, file.duration, file.bytes});
         m_listener.fileFinished(file);
     } else {

@@ -1,6 +1,8 @@
 #include "recording/audio_tools.h"
 #include "recording/recorder_rig.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -92,6 +94,24 @@ TEST_P(OggCut, StartsAndStopsInsideALink) {
             }
         }
     }
+}
+
+/// What is left of a link may be less than a decoder needs to find its way in.
+TEST_P(OggCut, StartRightBeforeTheEndOfALinkLeavesNoSilentFile) {
+    const QByteArray first = link(GetParam(), 1, "One");
+    const int cut = first.lastIndexOf("OggS");
+    RecorderRig rig;
+    rig.recorder.connectionBegan();
+    rig.feedPart(first.left(cut));
+    rig.start();
+    rig.feedPart(first.mid(cut));
+    rig.feedPart(link(GetParam(), 2, "Two"));
+    rig.stop();
+    ASSERT_FALSE(rig.files.empty());
+    EXPECT_EQ(rig.files.size(), static_cast<std::size_t>(rig.finishedPaths.size()));
+    EXPECT_EQ(QDir(rig.options.folder).entryList(QDir::Files).size(), rig.finishedPaths.size());
+    for (const BASS::RecordedFile& file : rig.files)
+        EXPECT_FALSE(decodedByFfmpeg(file.path).samples.empty()) << qPrintable(file.path);
 }
 
 TEST_P(OggCut, OneFileHoldsAllLinksWithoutSplitting) {
