@@ -5,6 +5,7 @@
 #include "engine/stream.h"
 #include "recording/stream_recorder.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QTimer>
 
@@ -95,6 +96,8 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
+    void rememberAutoGain();
+    void recallAutoGain();
     [[nodiscard]] bool isEncodingWanted(const BASS::RecordingOptions& options);
     void splitDelayed(const BASS::Song& song);
     void postSplit(const BASS::Song& song);
@@ -115,6 +118,7 @@ class AppStream : public BASS::Stream {
     BASS::Song m_pendingSong;                ///< the next file is named after it
     QPointer<QObject> m_mainObject;
     BASS::Song m_publishedSong;
+    QHash<QString, float> m_autoGains;   ///< where the automatic volume stood, by address
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
     BASS::ChannelEncoder m_encoder;
