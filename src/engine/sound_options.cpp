@@ -1,5 +1,6 @@
 #include "engine/sound_options.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -63,6 +64,10 @@ EffectSettings::Compressor gentleCompressor() {
 
 const std::array<EqualizerPreset, kEqualizerPresetCount>& equalizerPresets() {
     return kPresets;
+}
+
+QString presetName(const EqualizerPreset& preset) {
+    return QCoreApplication::translate("EqualizerPreset", preset.name);
 }
 
 int presetOf(const EqualizerBands& bands) {

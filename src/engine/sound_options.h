@@ -37,12 +37,14 @@ struct SoundOptions {
 using EqualizerBands = std::array<float, EffectSettings::kBands>;
 
 struct EqualizerPreset {
-    const char* name; ///< English; what files hold, and what is translated for the user
+    const char* name; ///< English; what files hold
     EqualizerBands bandsDb;
 };
 /// The first one changes nothing.
 constexpr std::size_t kEqualizerPresetCount = 12;
 [[nodiscard]] const std::array<EqualizerPreset, kEqualizerPresetCount>& equalizerPresets();
+/// Its name in the user's language.
+[[nodiscard]] QString presetName(const EqualizerPreset& preset);
 /// Place of the preset with these bands; -1: none has them.
 [[nodiscard]] int presetOf(const EqualizerBands& bands);
 

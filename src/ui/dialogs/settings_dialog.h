@@ -25,6 +25,7 @@ class SettingsDialog final : public QDialog {
   public:
     SettingsDialog(const Preferences& preferences,
                    const QVector<Language>& languages,
+                   const QStringList& devices,
                    QWidget* parent = nullptr);
 
     /// As the dialog shows them now.
@@ -39,7 +40,8 @@ class SettingsDialog final : public QDialog {
   private:
     QWidget* makeGeneral(const QVector<Language>& languages);
     QWidget* makeTray();
-    QWidget* makePlaying();
+    QWidget* makePlaying(const QStringList& devices);
+    void fillDevices(const QStringList& devices);
     QWidget* makeRecording();
     QWidget* makeNetwork();
     QCheckBox* addCheck(QVBoxLayout* layout, const char* name, const QString& text);
@@ -70,6 +72,8 @@ class SettingsDialog final : public QDialog {
     QSpinBox* m_fadeOut = nullptr;
     QSpinBox* m_buffer = nullptr;
     QSpinBox* m_attempts = nullptr;
+    QComboBox* m_device = nullptr;
+    QCheckBox* m_peakMeter = nullptr;
     QLineEdit* m_folder = nullptr;
     QLineEdit* m_patternSplit = nullptr;
     QLineEdit* m_patternNoSplit = nullptr;
