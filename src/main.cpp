@@ -79,17 +79,17 @@ int runWindow(QT_EXT::SingleApplication& app,
               const QStringList& arguments) {
     LanguageManager languages(LanguageManager::standardFolders());
     languages.load(settings.LanguageFile());
-    const auto library = BASS::loadAudioProvider(
-        QStringLiteral("wavelark_") + settings.AudioProvider(), BASS::audioProviderFolders());
-    if (!library) {
-        return reportFatal(library.error());
+    const auto provider =
+        BASS::loadChosenProvider(settings.AudioProvider(), BASS::audioProviderFolders());
+    if (!provider) {
+        return reportFatal(provider.error());
     }
     const SystemClock clock;
     AppUiSettings preferences(settings);
     QApplication::setFont(preferences.applicationFont());
     WavelarkStyle::install(preferences.theme());
 
-    AppStream engine(library.value());
+    AppStream engine(provider.value().library);
     EnginePlayer player(engine, [&preferences] { return preferences.engineSettings(); });
     BASS::PlayedStations played(settings.dataFile(QStringLiteral("played.json")));
     const Status loaded = played.load();
@@ -104,6 +104,7 @@ int runWindow(QT_EXT::SingleApplication& app,
                             [] { return hasDisplay() && QSystemTrayIcon::isSystemTrayAvailable(); },
                             hasDisplay()});
 
+    engine.setMainObject(&window);
     const std::unique_ptr<ConsoleReporter> console = reportOnConsole(player, window);
     KeepAwake keepAwake;
     QObject::connect(&player, &Player::sig_recordingChanged, &app, [&keepAwake](bool isRecording) {
@@ -125,7 +126,7 @@ int runWindow(QT_EXT::SingleApplication& app,
         log.setUp(messageLogSetup(settings));
     });
     QApplication::setQuitOnLastWindowClosed(false); // the window says when all is on disk
-    window.showNotes(settings.takeMessages() +
+    window.showNotes(settings.takeMessages() + provider.value().notes +
                      (loaded ? QStringList() : QStringList(loaded.error())));
     if (hasDisplay() && isWindowShownAtStart(arguments)) {
         window.showAtStart();

@@ -21,7 +21,8 @@ using SYNCPROC = void(HSYNC handle, DWORD channel, DWORD data, void* user);
 /// A title as the network thread met it, before it is heard.
 struct StreamTitle {
     QWORD position;   ///< audio bytes of this connection that came before it
-    DWORD tagType;    ///< BASS_TAG_META (an ICY block) or BASS_TAG_OGG (comments of a new link)
+    DWORD tagType;    ///< BASS_TAG_META (an ICY block), BASS_TAG_OGG (comments of a new link, timed
+                      ///< metadata) or BASS_TAG_HLS_EXTINF (a segment begins)
     const char* data; ///< in the tag type's layout; valid during the call only
     DWORD length;     ///< bytes, the terminating zeros not counted
 };
@@ -131,8 +132,12 @@ class AudioLibrary : public AudioEncoding {
     virtual DWORD ChannelGetLevel(DWORD handle) = 0;
 };
 
-/// What a provider module exports under this name: makes the library, owned by the caller.
+/// What a provider module exports under this name: makes the library, owned by the caller. Null
+/// where it cannot; then nothing of it but the module itself is left in the process.
 using CreateAudioLibraryProc = AudioLibrary*();
 constexpr const char* kCreateAudioLibrarySymbol = "wavelark_create_audio_library";
+/// May be exported beside it: why the last call has made none, for the user, in UTF-8.
+using AudioLibraryRefusalProc = const char*();
+constexpr const char* kAudioLibraryRefusalSymbol = "wavelark_audio_library_refusal";
 
 } // namespace BASS

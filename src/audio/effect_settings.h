@@ -46,4 +46,10 @@ struct EffectSettings {
     static constexpr float kTargetLufs = -18.0F;
 };
 
+/// As a default-made value: the sound stays as it is.
+[[nodiscard]] inline bool isChangingNothing(const EffectSettings& settings) {
+    return !settings.equalizer.isOn && !settings.compressor.isOn && !settings.isAutoVolume &&
+           settings.stereoSeparation == 0.0F && !settings.isMono && !settings.isSwapped;
+}
+
 } // namespace BASS

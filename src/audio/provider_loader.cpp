@@ -8,6 +8,25 @@
 #include <QLibrary>
 
 namespace BASS {
+namespace {
+
+constexpr QLatin1String kEmbedded("ffmpeg");
+constexpr QLatin1String kClosed("bass");
+
+QString moduleOf(QLatin1String provider) {
+    return QStringLiteral("wavelark_") + provider;
+}
+
+/// Why a module that is here makes no library. It is taken out of the process again.
+QString refusalOf(QLibrary& module) {
+    const auto refusal =
+        reinterpret_cast<AudioLibraryRefusalProc*>(module.resolve(kAudioLibraryRefusalSymbol));
+    const QString text = refusal != nullptr ? QString::fromUtf8(refusal()) : QString();
+    module.unload();
+    return text;
+}
+
+} // namespace
 
 QStringList audioProviderFolders() {
     const QString program = QCoreApplication::applicationDirPath();
@@ -33,6 +52,10 @@ Result<std::shared_ptr<AudioLibrary>> loadAudioProvider(const QString& moduleNam
             continue;
         }
         std::shared_ptr<AudioLibrary> library(create());
+        if (library == nullptr) {
+            lastError = refusalOf(module);
+            break;
+        }
         qCInfo(lcAudio,
                "provider loaded module=%s library=%s",
                qPrintable(module.fileName()),
@@ -42,6 +65,26 @@ Result<std::shared_ptr<AudioLibrary>> loadAudioProvider(const QString& moduleNam
     return Error{QCoreApplication::translate("AudioProvider",
                                              "The audio library \"%1\" cannot be loaded: %2")
                      .arg(moduleName, lastError)};
+}
+
+Result<ChosenProvider> loadChosenProvider(const QString& name, const QStringList& folders) {
+    QStringList notes;
+    if (name == kClosed) {
+        const auto library = loadAudioProvider(moduleOf(kClosed), folders);
+        if (library)
+            return ChosenProvider{library.value(), notes};
+        notes << QCoreApplication::translate("AudioProvider",
+                                             "%1\nThe embedded audio library is used instead.")
+                     .arg(library.error());
+    } else if (name != kEmbedded) {
+        qCWarning(lcAudio, "provider not known name=%s", qPrintable(name));
+    }
+    for (const QString& note : notes)
+        qCWarning(lcAudio).noquote() << note;
+    const auto library = loadAudioProvider(moduleOf(kEmbedded), folders);
+    if (!library)
+        return Error{library.error()};
+    return ChosenProvider{library.value(), notes};
 }
 
 } // namespace BASS

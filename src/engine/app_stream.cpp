@@ -37,10 +37,7 @@ AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* 
     m_infoTimer.setInterval(kInfoInterval);
     connect(
         &m_infoTimer, &QTimer::timeout, this, [this] { emit sig_streamInfoChanged(streamInfo()); });
-    connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, [this] {
-        m_isRecorderOn = m_recorder.isRunning();
-        emit sig_recordingChanged(m_isRecorderOn);
-    });
+    connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, &AppStream::recordingFinished);
 }
 
 AppStream::~AppStream() {
@@ -48,6 +45,7 @@ AppStream::~AppStream() {
     m_encoder.stop();
     disconnectChannels(0ms);
     m_recorder.stopAndWait();
+    m_originals.stopAndWait();
 }
 
 // --- commands
@@ -113,7 +111,7 @@ void AppStream::stop() {
 void AppStream::startRecording(const BASS::RecordingOptions& options) {
     m_isRecorderOn = true;
     if (isEncodingWanted(options)) {
-        m_encoder.start(options, arrivedSong(), m_current.handle);
+        startEncoding(options);
     } else {
         // a buffer reaches back to the song that is heard; without one only what arrives can be had
         const BASS::Song heard = song();
@@ -121,6 +119,29 @@ void AppStream::startRecording(const BASS::RecordingOptions& options) {
         m_recorder.start(options, hasBuffer ? heard : arrivedSong());
     }
     emit sig_recordingChanged(m_recorder.isRunning());
+}
+
+void AppStream::startEncoding(const BASS::RecordingOptions& options) {
+    const BASS::Song song = arrivedSong();
+    if (options.isOriginalKept) {
+        BASS::RecordingOptions original = options;
+        original.folder += QStringLiteral("/Originals");
+        original.encoder = 0;
+        original.hasTrackList = original.isTitleListKept = false; // one list is enough
+        m_originals.start(original, song);
+    }
+    m_encoder.start(options, song, m_current.handle);
+}
+
+void AppStream::recordingFinished() {
+    m_isRecorderOn = m_recorder.isRunning();
+    if (!m_isRecorderOn) {
+        // the files may have ended by themselves: nothing is left to encode for
+        m_encoder.stop();
+        m_originals.stop();
+        tellPaused(false);
+    }
+    emit sig_recordingChanged(m_isRecorderOn);
 }
 
 bool AppStream::isEncodingWanted(const BASS::RecordingOptions& options) {
@@ -141,14 +162,25 @@ bool AppStream::keepLastTitle(const BASS::RecordingOptions& options) {
 }
 
 void AppStream::setRecordingPaused(bool isPaused) {
+    if (isPaused && !m_recorder.isRunning())
+        return;
     m_recorder.setPaused(isPaused);
+    m_originals.setPaused(isPaused);
     m_encoder.setPaused(isPaused);
+    tellPaused(isPaused);
+}
+
+void AppStream::tellPaused(bool isPaused) {
+    if (std::exchange(m_isRecordingPaused, isPaused) != isPaused)
+        emit sig_recordingPaused(isPaused);
 }
 
 void AppStream::stopRecording() {
     m_encoder.stop();
-    if (m_recorder.isRunning())
-        m_recorder.stop();
+    for (BASS::StreamRecorder* recorder : {&m_recorder, &m_originals}) {
+        if (recorder->isRunning())
+            recorder->stop();
+    }
 }
 
 // --- what is shown
@@ -428,14 +460,18 @@ void AppStream::onNotification(int code, const QVariant& payload) {
 void AppStream::connectionBegan(const char* headers) {
     Stream::connectionBegan(headers);
     m_recorder.connectionBegan();
+    m_originals.connectionBegan();
 }
 
 void AppStream::audioBytes(const char* data, qint64 bytes) {
     m_recorder.append(data, bytes);
+    m_originals.append(data, bytes);
 }
 
 void AppStream::connectionEnded() {
     m_recorder.connectionEnded();
+    m_originals.connectionEnded();
+    m_encoder.connectionEnded();
 }
 
 /// The cut itself is the recorder's: it knows the title's place in the bytes and counts the delay
@@ -443,6 +479,7 @@ void AppStream::connectionEnded() {
 /// tell the window when it is due by the clock.
 void AppStream::OnSplitFile(const BASS::Song& song) {
     m_recorder.trackChanged(song);
+    m_originals.trackChanged(song);
     m_encoder.cutAt(song);
     if (!m_isRecorderOn)
         return;

@@ -44,10 +44,14 @@ class AppStream : public BASS::Stream {
     /// The title before the one that is heard, out of the recording buffer; a recording of its own
     /// that ends by itself. False: the buffer does not hold it, or something is being recorded.
     bool keepLastTitle(const BASS::RecordingOptions& options);
+    /// Nothing is written until it is resumed; titles make no cuts meanwhile.
     void setRecordingPaused(bool isPaused);
+    [[nodiscard]] bool isRecordingPaused() const { return m_isRecordingPaused; }
     void stopRecording();
     [[nodiscard]] bool isRecording() const { return m_recorder.isRunning(); }
     [[nodiscard]] BASS::StreamRecorder& recorder() { return m_recorder; }
+    /// Writes the stream's own data beside an encoded recording, where that is wanted.
+    [[nodiscard]] BASS::StreamRecorder& originals() { return m_originals; }
 
     /// Gets a SplitEvent for every cut; null: nobody. It outlives the engine or takes itself out.
     void setMainObject(QObject* object) { m_mainObject = object; }
@@ -67,6 +71,7 @@ class AppStream : public BASS::Stream {
     /// The connect has failed for good; the text says why and what can be done.
     void sig_connectFailed(const QString& message);
     void sig_recordingChanged(bool isRecording);
+    void sig_recordingPaused(bool isPaused);
 
   protected:
     bool event(QEvent* event) override;
@@ -98,6 +103,9 @@ class AppStream : public BASS::Stream {
     void publishSong();
     void rememberAutoGain();
     void recallAutoGain();
+    void startEncoding(const BASS::RecordingOptions& options);
+    void recordingFinished();
+    void tellPaused(bool isPaused);
     [[nodiscard]] bool isEncodingWanted(const BASS::RecordingOptions& options);
     void splitDelayed(const BASS::Song& song);
     void postSplit(const BASS::Song& song);
@@ -121,6 +129,8 @@ class AppStream : public BASS::Stream {
     QHash<QString, float> m_autoGains;   ///< where the automatic volume stood, by address
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
+    BASS::StreamRecorder m_originals;
     BASS::ChannelEncoder m_encoder;
     std::atomic<bool> m_isRecorderOn{false};
+    bool m_isRecordingPaused = false;
 };

@@ -2,12 +2,26 @@
 
 #include "base/log.h"
 #include "engine/engine_events.h"
+#include "engine/metadata_fields.h"
 #include "engine/title_decoder.h"
 #include "engine/track_change.h"
 
 #include <QMetaObject>
 
+#include <cstring>
+
 namespace BASS {
+namespace {
+
+/// The whole list, with the zeros inside it.
+QByteArray commentList(const char* list) {
+    const char* end = list;
+    while (*end != '\0')
+        end += std::strlen(end) + 1;
+    return QByteArray(list, static_cast<int>(end - list));
+}
+
+} // namespace
 
 Stream::Stream(std::shared_ptr<AudioLibrary> audioLibrary, QObject* parent)
     : BassQt(std::move(audioLibrary), parent) {
@@ -122,6 +136,7 @@ void Stream::connectionBegan(const char* headers) {
     StreamHeaders parsed = parseStreamHeaders(headers);
     const std::lock_guard lock(m_stationMutex);
     m_headers = std::move(parsed);
+    m_hasOwnTitles = false;
 }
 
 void Stream::titleArrived(const StreamTitle& title) {
@@ -129,11 +144,10 @@ void Stream::titleArrived(const StreamTitle& title) {
     bool isNew = false;
     {
         const std::lock_guard lock(m_stationMutex);
-        song = title.tagType == BASS_TAG_OGG
-                   ? decodeCommentList(title.data)
-                   : decodeIcyBlock(QByteArray(title.data, static_cast<int>(title.length)),
-                                    m_codePage);
-        if (!song)
+        song = songOf(title.tagType, QByteArray(title.data, static_cast<int>(title.length)));
+        // what the stream itself says is worth more than what its playlist says
+        m_hasOwnTitles = m_hasOwnTitles || title.tagType != BASS_TAG_HLS_EXTINF;
+        if (!song || (title.tagType == BASS_TAG_HLS_EXTINF && m_hasOwnTitles))
             return;
         song->position = static_cast<qint64>(title.position);
         isNew = isNewTrack(m_arrivedSong, *song, {m_stationName, m_headers.name});
@@ -145,16 +159,25 @@ void Stream::titleArrived(const StreamTitle& title) {
 }
 
 void Stream::readTags(DWORD channel) {
-    const char* block = library().ChannelGetTags(channel, BASS_TAG_META);
-    std::optional<Song> song;
-    if (block != nullptr) {
+    for (const DWORD type : {BASS_TAG_META, BASS_TAG_OGG, BASS_TAG_HLS_EXTINF}) {
+        const char* const text = library().ChannelGetTags(channel, type);
+        if (text == nullptr)
+            continue;
         const std::lock_guard lock(m_stationMutex);
-        song = decodeIcyBlock(QByteArray(block), m_codePage);
-    } else {
-        song = decodeCommentList(library().ChannelGetTags(channel, BASS_TAG_OGG));
+        const std::optional<Song> song =
+            songOf(type, type == BASS_TAG_OGG ? commentList(text) : QByteArray(text));
+        if (song && !song->isEmpty())
+            m_song = *song;
+        return;
     }
-    if (song && !song->isEmpty())
-        m_song = *song;
+}
+
+std::optional<Song> Stream::songOf(DWORD tagType, const QByteArray& text) const {
+    if (tagType == BASS_TAG_HLS_EXTINF)
+        return songFromSegmentInfo(text);
+    if (tagType == BASS_TAG_OGG)
+        return decodeCommentList((text + '\0').constData()); // an empty entry ends the list
+    return decodeIcyBlock(text, m_codePage);
 }
 
 bool Stream::isTrackChange(const Song& previous, const Song& song) {

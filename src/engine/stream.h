@@ -5,6 +5,8 @@
 #include "engine/stream_headers.h"
 #include "stations/station.h"
 
+#include <optional>
+
 namespace BASS {
 
 /// A channel of the library together with the connect that made it, whose callbacks it uses.
@@ -62,6 +64,8 @@ class Stream : public BassQt, public StreamSink {
     bool isTrackChange(const Song& previous, const Song& song) override;
 
   private:
+    /// With the station's mutex held.
+    [[nodiscard]] std::optional<Song> songOf(DWORD tagType, const QByteArray& text) const;
     void connectThreadFinished(QtBassConnectThread* thread);
 
     std::shared_ptr<ConnectSequence> m_connect; ///< under way; null: none
@@ -70,6 +74,7 @@ class Stream : public BassQt, public StreamSink {
     QString m_stationName;
     StreamHeaders m_headers;
     Song m_arrivedSong;
+    bool m_hasOwnTitles = false; ///< the connection carries titles itself
 };
 
 } // namespace BASS

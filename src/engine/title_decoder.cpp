@@ -1,6 +1,7 @@
 #include "engine/title_decoder.h"
 
 #include "base/log.h"
+#include "engine/metadata_fields.h"
 
 #include <QTextCodec>
 
@@ -151,7 +152,9 @@ std::optional<Song> decodeIcyBlock(const QByteArray& block, const QByteArray& co
         block.constData(),
         static_cast<int>(qstrnlen(block.constData(), static_cast<uint>(block.size()))));
     const QString text = resolveCharacterReferences(decodeText(bytes, codePage));
-    Song song = songFromTrack(takeTitle(text).trimmed());
+    const bool hasTitle = text.contains(QLatin1String("StreamTitle="));
+    const QString title = takeTitle(text).trimmed();
+    Song song = songFromFields(hasTitle ? title : text).value_or(songFromTrack(title));
     song.url = takeUrl(text);
     song.metadata = text;
     return song;

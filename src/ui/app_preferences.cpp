@@ -44,9 +44,7 @@ Preferences AppUiSettings::preferences() const {
     now.attempts = m_settings.Retries();
     now.outputDevice = m_settings.PlayOnDevicesName();
     now.isPeakMeterShown = m_settings.PeakMeterEnabled();
-    now.recordingFolder = m_settings.AppRecordingFolder();
-    now.patternSplit = m_settings.RecPattern();
-    now.patternNoSplit = m_settings.RecPatternNoSplitting();
+    now.recording = recordingPreferences();
     now.proxy = proxySettings(m_settings);
     return now;
 }
@@ -55,6 +53,8 @@ void AppUiSettings::changePreferences(const Preferences& before, const Preferenc
     changeGeneral(before, after);
     changeTray(before.tray, after.tray);
     changeSound(before, after);
+    changeRecording(before.recording, after.recording);
+    changeEncoding(before.recording, after.recording);
     if (before.proxy != after.proxy) {
         changeProxy(after.proxy);
     }
@@ -96,11 +96,6 @@ void AppUiSettings::changeSound(const Preferences& before, const Preferences& af
         m_settings.PlayOnDevicesName.set(after.outputDevice);
         m_settings.PlayOnDevices.set(-1); // a place in the list says little after the next start
     }
-    if (before.recordingFolder != after.recordingFolder) {
-        m_settings.SetAppRecordingFolder(after.recordingFolder);
-    }
-    change(m_settings.RecPattern, before.patternSplit, after.patternSplit);
-    change(m_settings.RecPatternNoSplitting, before.patternNoSplit, after.patternNoSplit);
 }
 
 void AppUiSettings::changeProxy(const ProxySettings& proxy) {

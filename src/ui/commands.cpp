@@ -71,12 +71,16 @@ void Commands::makeRecord() {
         make(tr("Record without splitting"), {}, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_R));
     recordSingleSong =
         make(tr("Start recording single song"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_R));
+    recordKeepLast = make(tr("Keep last title"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_K));
+    recordPause = make(tr("Pause recording"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_P));
     recordStop = make(tr("&Stop recording"), QStringLiteral("record-stop"), {});
     openRecordingFolder = make(tr("Open recording folder"),
                                QStringLiteral("folder"),
                                QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_O));
     connect(recordToggle, &QAction::triggered, &record, &RecordController::toggle);
     connect(recordStop, &QAction::triggered, &record, &RecordController::stop);
+    connect(recordKeepLast, &QAction::triggered, &record, &RecordController::keepLastTitle);
+    connect(recordPause, &QAction::triggered, &record, &RecordController::togglePaused);
     const auto starts = [this, &record](QAction* action, BASS::RecordMode mode) {
         connect(action, &QAction::triggered, this, [&record, mode] { record.start(mode); });
     };
@@ -199,6 +203,10 @@ void Commands::update() {
         action->setEnabled(canStart);
     }
     recordStop->setEnabled(isRecording);
+    recordKeepLast->setEnabled(m_controllers.record.canKeepLastTitle());
+    const bool isPaused = m_controllers.record.isPaused();
+    recordPause->setEnabled(isRecording);
+    recordPause->setText(isPaused ? tr("Resume recording") : tr("Pause recording"));
     const bool isMuted = m_controllers.volume.isMuted();
     mute->setChecked(isMuted);
     mute->setText(isMuted ? tr("Un&mute") : tr("&Mute"));

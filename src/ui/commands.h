@@ -44,6 +44,8 @@ class Commands final : public QObject {
     QAction* recordSplit;
     QAction* recordNoSplit;
     QAction* recordSingleSong;
+    QAction* recordKeepLast;
+    QAction* recordPause; ///< "Pause recording" or "Resume recording", as it stands
     QAction* recordStop;
     QAction* openRecordingFolder;
     QAction* mute;

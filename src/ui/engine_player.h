@@ -26,6 +26,11 @@ class EnginePlayer final : public Player {
     void startRecording(const BASS::RecordingOptions& options) override;
     void stopRecording() override { m_engine.stopRecording(); }
     [[nodiscard]] bool isRecording() const override { return m_engine.isRecording(); }
+    bool keepLastTitle(const BASS::RecordingOptions& options) override {
+        return m_engine.keepLastTitle(options);
+    }
+    void setRecordingPaused(bool isPaused) override { m_engine.setRecordingPaused(isPaused); }
+    [[nodiscard]] bool isRecordingPaused() const override { return m_engine.isRecordingPaused(); }
     void setVolume(int percent) override { m_engine.SetVolume(percent); }
     void setMuted(bool isMuted) override { m_engine.SetVolumeMute(isMuted); }
     void setSound(const BASS::SoundOptions& sound) override { m_engine.setSoundOptions(sound); }

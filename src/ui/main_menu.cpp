@@ -27,8 +27,10 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     recording->addSeparator();
     recording->addActions(
         {commands.recordSplit, commands.recordNoSplit, commands.recordSingleSong});
+    recording->addAction(commands.recordKeepLast);
     recording->addSeparator();
-    recording->addActions({commands.recordStop, commands.openRecordingFolder});
+    recording->addActions(
+        {commands.recordPause, commands.recordStop, commands.openRecordingFolder});
 
     QMenu* sound = add(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});

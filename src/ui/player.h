@@ -34,6 +34,12 @@ class Player : public QObject {
     /// The open file is completed; sig_recordingFinished follows.
     virtual void stopRecording() = 0;
     [[nodiscard]] virtual bool isRecording() const = 0;
+    /// Writes the title before the one that is heard to a file. False: the recording buffer does
+    /// not hold it.
+    virtual bool keepLastTitle(const BASS::RecordingOptions& options) = 0;
+    /// Nothing is written until it is resumed.
+    virtual void setRecordingPaused(bool isPaused) = 0;
+    [[nodiscard]] virtual bool isRecordingPaused() const = 0;
 
     /// 0 to 100.
     virtual void setVolume(int percent) = 0;
@@ -61,6 +67,7 @@ class Player : public QObject {
     void sig_connectFailed(const QString& message);
 
     void sig_recordingChanged(bool isRecording);
+    void sig_recordingPaused(bool isPaused);
     void sig_fileOpened(const QString& path, const BASS::Song& song);
     void sig_fileFinished(const BASS::RecordedFile& file);
     void sig_recordingProgress(const BASS::RecordingProgress& progress);

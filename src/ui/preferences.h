@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/application_proxy.h"
+#include "ui/recording_preferences.h"
 #include "ui/theme/theme.h"
 #include "ui/tray_options.h"
 
@@ -25,10 +26,7 @@ struct Preferences {
     QString outputDevice; ///< its name; empty: the system's default
     bool isPeakMeterShown = true;
 
-    // Recording
-    QString recordingFolder; ///< native separators; empty: the standard folder
-    QString patternSplit;
-    QString patternNoSplit;
+    RecordingPreferences recording;
 
     // Network
     ProxySettings proxy;

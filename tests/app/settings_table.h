@@ -215,6 +215,7 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"DynamicBoostThreshold", &AppSettings::DynamicBoostThreshold, -18},
     {"DynamicBoostRatio", &AppSettings::DynamicBoostRatio, 3},
     {"DynamicBoostGain", &AppSettings::DynamicBoostGain, 9},
+    {"RecEncodingMode", &AppSettings::RecEncodingMode, 0},
 };
 
 inline constexpr SettingRow<TextSetting, const char*> kTextSettings[] = {

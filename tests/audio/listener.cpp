@@ -41,6 +41,7 @@ void Listener::setSyncs(HSTREAM stream) {
     set(BASS_SYNC_END, &Listener::onSync<BASS_SYNC_END>);
     set(BASS_SYNC_META, &Listener::onSync<BASS_SYNC_META>);
     set(BASS_SYNC_OGG_CHANGE, &Listener::onSync<BASS_SYNC_OGG_CHANGE>);
+    set(BASS_SYNC_HLS_SEGMENT, &Listener::onSync<BASS_SYNC_HLS_SEGMENT>);
     set(BASS_SYNC_STALL, &Listener::onSync<BASS_SYNC_STALL>);
     set(BASS_SYNC_DOWNLOAD, &Listener::onSync<BASS_SYNC_DOWNLOAD>);
     set(BASS_SYNC_SLIDE, &Listener::onSync<BASS_SYNC_SLIDE>);

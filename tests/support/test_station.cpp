@@ -113,11 +113,25 @@ class StationConnection final : public QObject {
   private:
     void readRequest() {
         m_request += m_socket->readAll();
+        if (m_script.page) {
+            answerPages();
+            return;
+        }
         if (m_isAnswered || !m_request.contains("\r\n\r\n") || m_script.isSilent)
             return;
         m_isAnswered = true;
         record([this](ServedConnection& log) { log.request = m_request; });
         QTimer::singleShot(m_script.answerDelay, this, [this] { answer(); });
+    }
+
+    void answerPages() {
+        constexpr int kEndBytes = 4;
+        for (int end = 0; (end = m_request.indexOf("\r\n\r\n")) >= 0;) {
+            const QByteArray request = m_request.left(end + kEndBytes);
+            m_request.remove(0, request.size());
+            record([&request](ServedConnection& log) { log.request += request; });
+            m_socket->write(m_script.page(request));
+        }
     }
 
     void answer() {

@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 /// One title's worth of encoded audio.
@@ -34,6 +35,9 @@ struct StationScript {
     qint64 resetAt = -1;   ///< ... after which it is reset
     QByteArray rawAnswer;  ///< not empty: sent as it stands instead of anything else, then closed
     bool isSilent = false; ///< accepts and never answers
+    /// Set: a server of pages. Gets a request, gives the whole answer; the connection stays open
+    /// for the next request. Called on the station's thread.
+    std::function<QByteArray(const QByteArray& request)> page;
 };
 
 /// What one connection was sent.

@@ -18,6 +18,7 @@ class DemoPlayer final : public Player {
     mutable int levelsAsked = 0;
     QStringList devices;
     QString deviceFault;
+    bool canKeepLast = true;
 
     void play(const BASS::StationRecord& station) override {
         calls.append(QStringLiteral("play ") + station.playUrl());
@@ -50,6 +51,17 @@ class DemoPlayer final : public Player {
         endRecording();
     }
     [[nodiscard]] bool isRecording() const override { return m_isRecording; }
+    bool keepLastTitle(const BASS::RecordingOptions& asked) override {
+        calls.append(QStringLiteral("keep last"));
+        options = asked;
+        return canKeepLast;
+    }
+    void setRecordingPaused(bool isPaused) override {
+        calls.append(isPaused ? QStringLiteral("pause") : QStringLiteral("resume"));
+        m_isPaused = isPaused;
+        emit sig_recordingPaused(isPaused);
+    }
+    [[nodiscard]] bool isRecordingPaused() const override { return m_isPaused; }
     void setVolume(int percent) override { volume = percent; }
     void setMuted(bool muted) override { isMuted = muted; }
     void setSound(const BASS::SoundOptions& asked) override { sound = asked; }
@@ -105,4 +117,5 @@ class DemoPlayer final : public Player {
     BASS::Song m_song;
     StreamInfo m_info;
     bool m_isRecording = false;
+    bool m_isPaused = false;
 };

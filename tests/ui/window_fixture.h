@@ -42,6 +42,9 @@ class MemorySettings final : public UiSettings {
     bool isAsking = true;
     bool isAutoPlaying = false;
     bool isAdvanced = false;
+    bool isSplitting = true;
+    bool hasPauseButton = false;
+    int encoder = 0;
     QString folder;
     BASS::SoundOptions generalSound;
     QHash<QString, BASS::SoundOptions> stationSounds;
@@ -92,6 +95,8 @@ class MemorySettings final : public UiSettings {
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }
     [[nodiscard]] bool advancedScheduling() const override { return isAdvanced; }
+    [[nodiscard]] bool isRecordButtonSplitting() const override { return isSplitting; }
+    [[nodiscard]] bool isPauseButtonShown() const override { return hasPauseButton; }
     [[nodiscard]] QString recordingFolder() const override { return folder; }
     [[nodiscard]] BASS::RecordingOptions recordingOptions(BASS::RecordMode mode,
                                                           const BASS::StationRecord& station,
@@ -101,6 +106,7 @@ class MemorySettings final : public UiSettings {
         options.folder = folder;
         options.station.station = station.name;
         options.station.schedule = schedule;
+        options.encoder = encoder;
         return options;
     }
 };

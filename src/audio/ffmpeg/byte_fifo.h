@@ -39,6 +39,7 @@ class ByteFifo final : public DecoderInput {
     // --- any thread -----------------------------------------------------------------------------
     void abort() override;
     [[nodiscard]] std::size_t size() const;
+    [[nodiscard]] std::size_t bound() const { return m_bound; }
     [[nodiscard]] std::uint64_t received() const override;
     [[nodiscard]] std::uint64_t taken() const override;
     [[nodiscard]] bool isEnded() const;

@@ -122,6 +122,7 @@ class FfmpegLibrary final : public AudioLibrary {
         DWORD flags;
         DOWNLOADPROC* proc;
         void* user;
+        bool isFile = false; ///< the user's own
     };
 
     struct EncoderArguments {

@@ -1,4 +1,6 @@
 #include "audio/ffmpeg/ffmpeg_library.h"
+#include "audio/ffmpeg/hls_source.h"
+#include "audio/ffmpeg/http_source.h"
 #include "audio/ffmpeg/url_text.h"
 
 #include <algorithm>
@@ -42,10 +44,18 @@ bool takesWma(StreamFormat format) {
     return format == StreamFormat::Asf;
 }
 
+/// What segments hold.
+bool takesSegments(StreamFormat format) {
+    return format == StreamFormat::Mpeg || format == StreamFormat::Adts ||
+           format == StreamFormat::Flac;
+}
+
 /// A decoder behind by more than this is a listener who paused.
 constexpr std::size_t kSmallestBuffer = 512U * 1024U;
 constexpr std::size_t kLargestBuffer = 8U * 1024U * 1024U;
 constexpr std::size_t kBytesPerMs = 192; // lossless audio with room to spare
+/// A live stream of segments begins with three of them at once.
+constexpr std::size_t kSegmentsBuffer = 8U * 1024U * 1024U;
 
 } // namespace
 
@@ -64,13 +74,9 @@ HSTREAM FfmpegLibrary::FLAC_StreamCreateURL(
     return createUrl({url, offset, flags, proc, user}, takesFlac);
 }
 
-HSTREAM FfmpegLibrary::HLS_StreamCreateURL(const void* /*url*/,
-                                           DWORD /*offset*/,
-                                           DWORD /*flags*/,
-                                           DOWNLOADPROC* /*proc*/,
-                                           void* /*user*/) {
-    fail(BASS_ERROR_CODEC);
-    return 0;
+HSTREAM FfmpegLibrary::HLS_StreamCreateURL(
+    const void* url, DWORD offset, DWORD flags, DOWNLOADPROC* proc, void* user) {
+    return createUrl({url, offset, flags, proc, user}, takesSegments);
 }
 
 HSTREAM FfmpegLibrary::OPUS_StreamCreateURL(
@@ -107,9 +113,13 @@ HSTREAM FfmpegLibrary::MP4_StreamCreateFile(const void* file, DWORD flags) {
     return createFile(file, flags, takesMp4);
 }
 
-HSTREAM FfmpegLibrary::HLS_StreamCreateFile(const void* /*file*/, DWORD /*flags*/) {
-    fail(BASS_ERROR_CODEC);
-    return 0;
+HSTREAM FfmpegLibrary::HLS_StreamCreateFile(const void* file, DWORD flags) {
+    if (file == nullptr) {
+        fail(BASS_ERROR_ILLPARAM);
+        return 0;
+    }
+    const std::u16string url = fileUrl(filePath(file, (flags & BASS_UNICODE) != 0));
+    return createUrl({url.c_str(), 0, flags | BASS_UNICODE, nullptr, nullptr, true}, takesSegments);
 }
 
 FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
@@ -135,6 +145,7 @@ HttpRequest FfmpegLibrary::requestFor(const UrlArguments& arguments) const {
     HttpRequest request;
     request.url = requestUrl(utf8Text(arguments.url, (arguments.flags & BASS_UNICODE) != 0));
     request.offset = arguments.offset;
+    request.isFileAllowed = arguments.isFile;
     request.answerTimeout = std::chrono::milliseconds(GetConfig(BASS_CONFIG_NET_TIMEOUT));
     request.readTimeout = std::chrono::milliseconds(GetConfig(BASS_CONFIG_NET_READTIMEOUT));
     const std::lock_guard lock(m_mutex);
@@ -155,10 +166,18 @@ HSTREAM FfmpegLibrary::createUrl(const UrlArguments& arguments, Accepts* accepts
     }
     StreamTap::Callbacks callbacks;
     callbacks.download = arguments.proc;
-    callbacks.title = m_titleProc.load();
+    callbacks.title = arguments.isFile ? nullptr : m_titleProc.load();
     callbacks.user = arguments.user;
     callbacks.wantsHeaders = (arguments.flags & BASS_STREAM_STATUS) != 0;
-    channel->openUrl(*m_net, requestFor(arguments), std::move(callbacks), fifoBound(), accepts);
+    HttpRequest request = requestFor(arguments);
+    const bool isSegmented = accepts == takesSegments;
+    const auto make = [&](std::shared_ptr<StreamTap> tap) -> std::shared_ptr<StreamSource> {
+        if (isSegmented)
+            return std::make_shared<HlsSource>(*m_net, std::move(request), std::move(tap));
+        return std::make_shared<HttpSource>(*m_net, std::move(request), std::move(tap));
+    };
+    const std::size_t bound = isSegmented ? kSegmentsBuffer : fifoBound();
+    channel->openUrl(make, std::move(callbacks), bound, accepts);
     const HSTREAM handle = finishCreate(channel);
 
     const std::lock_guard lock(m_mutex);

@@ -96,7 +96,7 @@ void HttpTransfer::configure() {
     Curl& c = *m_curl;
     c.set(CURLOPT_URL, m_request.url.c_str());
     c.set(CURLOPT_USERAGENT, m_request.userAgent.c_str());
-    c.set(CURLOPT_PROTOCOLS_STR, "http,https");
+    c.set(CURLOPT_PROTOCOLS_STR, m_request.isFileAllowed ? "http,https,file" : "http,https");
     c.set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     c.set(CURLOPT_FOLLOWLOCATION, 1L);
     c.set(CURLOPT_MAXREDIRS, kMaxRedirects);
@@ -113,7 +113,12 @@ void HttpTransfer::configure() {
         c.headers = curl_slist_append(c.headers, "Icy-MetaData: 1");
     c.headers = curl_slist_append(c.headers, "Accept: */*");
     c.set(CURLOPT_HTTPHEADER, c.headers);
-    if (m_request.offset > 0)
+    if (m_request.length > 0)
+        c.set(CURLOPT_RANGE,
+              (std::to_string(m_request.offset) + '-' +
+               std::to_string(m_request.offset + m_request.length - 1))
+                  .c_str());
+    else if (m_request.offset > 0)
         c.set(CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(m_request.offset));
     c.set(CURLOPT_HEADERFUNCTION, &HttpTransfer::onHeader);
     c.set(CURLOPT_HEADERDATA, this);
@@ -172,6 +177,9 @@ void HttpTransfer::answer() {
     m_isAnswered = true;
     long status = 0;
     curl_easy_getinfo(m_curl->easy, CURLINFO_RESPONSE_CODE, &status);
+    const char* url = nullptr;
+    curl_easy_getinfo(m_curl->easy, CURLINFO_EFFECTIVE_URL, &url);
+    m_headers.url = url != nullptr ? url : m_request.url;
     m_sink->answered(m_headers, static_cast<int>(status));
 }
 

@@ -12,6 +12,7 @@ namespace BASS {
 /// The answer's header lines, without line ends; those of the last hop of a redirect.
 struct HttpHeaders {
     std::vector<std::string> lines;
+    std::string url; ///< that answered, after redirects
 
     /// The last line of that name (compared without case), without blanks around; empty: none.
     [[nodiscard]] std::string value(std::string_view name) const;
@@ -30,12 +31,14 @@ class TransferSink {
 };
 
 struct HttpRequest {
-    std::string url; ///< http or https
+    std::string url; ///< http or https; where isFileAllowed also file
     std::string userAgent;
     std::string proxy;                             ///< "[user:password@]host:port"; empty: none
     std::chrono::milliseconds answerTimeout{5000}; ///< until the first byte of the body
     std::chrono::milliseconds readTimeout{0};      ///< longest silence after that; 0: no limit
     std::uint64_t offset = 0;                      ///< first byte wanted
+    std::uint64_t length = 0;                      ///< bytes wanted; 0: to the end
+    bool isFileAllowed = false;                    ///< what the user's own files name
     bool wantsTitles = true;                       ///< ask for ICY title blocks
 };
 

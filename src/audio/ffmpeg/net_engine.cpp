@@ -38,15 +38,28 @@ struct NetEngine::Loop {
         curl_multi_remove_handle(multi, transfer->handle());
     }
 
-    void obey(const std::vector<Command>& commands) {
-        for (const Command& command : commands) {
-            if (command.what == What::Start)
+    void obey(std::vector<Command> commands) {
+        for (Command& command : commands) {
+            if (command.what == What::Call)
+                tasks.push_back(std::move(command));
+            else if (command.what == What::Start)
                 add(command.transfer);
             else if (command.what == What::Stop)
                 drop(command.transfer);
             else if (std::find(active.begin(), active.end(), command.transfer) != active.end())
                 command.transfer->resume();
         }
+    }
+
+    void runTasks() {
+        const auto now = std::chrono::steady_clock::now();
+        const auto due = std::stable_partition(
+            tasks.begin(), tasks.end(), [now](const Command& task) { return task.due > now; });
+        std::vector<Command> running(std::make_move_iterator(due),
+                                     std::make_move_iterator(tasks.end()));
+        tasks.erase(due, tasks.end());
+        for (const Command& task : running)
+            task.task();
     }
 
     void reapFinished() {
@@ -73,6 +86,14 @@ struct NetEngine::Loop {
         constexpr std::chrono::milliseconds kLongest = std::chrono::minutes(1);
         const auto now = std::chrono::steady_clock::now();
         auto next = kLongest;
+        const auto until = [now, kLongest](std::chrono::steady_clock::time_point then) {
+            return std::chrono::ceil<std::chrono::milliseconds>(
+                std::clamp(then - now,
+                           std::chrono::steady_clock::duration::zero(),
+                           std::chrono::steady_clock::duration(kLongest)));
+        };
+        for (const Command& task : tasks)
+            next = std::min(next, until(task.due));
         const auto transfers = active;
         for (const auto& transfer : transfers) {
             const auto deadline = transfer->deadline();
@@ -81,15 +102,14 @@ struct NetEngine::Loop {
                 transfer->finish(CURLE_OPERATION_TIMEDOUT);
                 continue;
             }
-            next = std::min(next,
-                            std::chrono::ceil<std::chrono::milliseconds>(std::min(
-                                deadline - now, std::chrono::steady_clock::duration(kLongest))));
+            next = std::min(next, until(deadline));
         }
         return next;
     }
 
     CURLM* multi;
     std::vector<std::shared_ptr<HttpTransfer>> active;
+    std::vector<Command> tasks;
 };
 
 NetEngine::NetEngine() {
@@ -110,15 +130,19 @@ NetEngine::~NetEngine() {
 }
 
 void NetEngine::start(std::shared_ptr<HttpTransfer> transfer) {
-    post({What::Start, std::move(transfer)});
+    post({What::Start, std::move(transfer), {}, {}});
 }
 
 void NetEngine::stop(const std::shared_ptr<HttpTransfer>& transfer) {
-    post({What::Stop, transfer});
+    post({What::Stop, transfer, {}, {}});
 }
 
 void NetEngine::resume(const std::shared_ptr<HttpTransfer>& transfer) {
-    post({What::Resume, transfer});
+    post({What::Resume, transfer, {}, {}});
+}
+
+void NetEngine::call(std::function<void()> task, std::chrono::milliseconds pause) {
+    post({What::Call, nullptr, std::move(task), std::chrono::steady_clock::now() + pause});
 }
 
 void NetEngine::post(Command command) {
@@ -143,6 +167,7 @@ void NetEngine::run() {
     };
     while (!isStopping()) {
         m_loop->obey(takeCommands());
+        m_loop->runTasks();
         int running = 0;
         curl_multi_perform(m_loop->multi, &running);
         m_loop->reapFinished();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -26,14 +28,20 @@ class NetEngine {
     void stop(const std::shared_ptr<HttpTransfer>& transfer);
     /// A paused transfer goes on.
     void resume(const std::shared_ptr<HttpTransfer>& transfer);
+    /// Runs `task` on the network thread, at the earliest after `pause`; dropped where the engine
+    /// ends before.
+    void call(std::function<void()> task,
+              std::chrono::milliseconds pause = std::chrono::milliseconds(0));
 
   private:
     struct Loop;
 
-    enum class What { Start, Stop, Resume };
+    enum class What { Start, Stop, Resume, Call };
     struct Command {
         What what;
         std::shared_ptr<HttpTransfer> transfer;
+        std::function<void()> task;
+        std::chrono::steady_clock::time_point due;
     };
 
     void post(Command command);

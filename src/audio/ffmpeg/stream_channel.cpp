@@ -45,6 +45,18 @@ DWORD typeOf(StreamFormat format, const LinkDecoder::Info& audio) {
     return BASS_CTYPE_STREAM;
 }
 
+/// What tells that a tag of this type is heard.
+DWORD syncOf(DWORD tagType) {
+    switch (tagType) {
+    case BASS_TAG_OGG:
+        return BASS_SYNC_OGG_CHANGE;
+    case BASS_TAG_HLS_EXTINF:
+        return BASS_SYNC_HLS_SEGMENT;
+    default:
+        return BASS_SYNC_META;
+    }
+}
+
 bool isIcyLine(const std::string& line) {
     return line.size() > 4 && (line[0] == 'i' || line[0] == 'I') &&
            (line[1] == 'c' || line[1] == 'C') &&
@@ -70,17 +82,15 @@ StreamChannel::~StreamChannel() {
     close();
 }
 
-void StreamChannel::openUrl(NetEngine& net,
-                            HttpRequest request,
+void StreamChannel::openUrl(const MakeSource& make,
                             StreamTap::Callbacks callbacks,
                             std::size_t fifoBound,
                             std::function<bool(StreamFormat)> accepts) {
-    m_net = &net;
     callbacks.ended = [this] { post(BASS_SYNC_DOWNLOAD, 0); };
     m_tap = std::make_shared<StreamTap>(std::move(callbacks), fifoBound);
-    m_transfer = std::make_shared<HttpTransfer>(std::move(request), m_tap);
-    m_tap->fifo().setDrained([this] { m_net->resume(m_transfer); });
-    net.start(m_transfer);
+    m_source = make(m_tap);
+    m_tap->fifo().setDrained([this] { m_source->resume(); });
+    m_source->start();
     startWorker(m_tap->fifo(), std::move(accepts));
 }
 
@@ -159,7 +169,7 @@ void StreamChannel::close() {
     if (m_tap) {
         m_tap->closeGate();
         m_tap->fifo().abort();
-        m_net->stop(m_transfer);
+        m_source->stop();
     }
     if (m_worker)
         m_worker->stop();
@@ -239,9 +249,7 @@ void StreamChannel::addTitle(TagTimeline::Entry entry) {
 }
 
 void StreamChannel::setTag(const TagTimeline::Entry& entry) {
-    const bool isOgg = entry.tagType == BASS_TAG_OGG;
-    (isOgg ? m_oggTag : m_metaTag) = entry.data;
-    (isOgg ? m_hasOgg : m_hasMeta) = true;
+    m_tags[entry.tagType] = entry.data;
 }
 
 const char* StreamChannel::tags(DWORD type) {
@@ -253,14 +261,13 @@ const char* StreamChannel::tags(DWORD type) {
         isThere = !text.empty();
     }
     const std::lock_guard lock(m_mutex);
-    if (type == BASS_TAG_META || type == BASS_TAG_OGG) {
-        text = type == BASS_TAG_OGG ? m_oggTag : m_metaTag;
-        isThere = type == BASS_TAG_OGG ? m_hasOgg : m_hasMeta;
+    if (const auto tag = m_tags.find(type); tag != m_tags.end()) {
+        text = tag->second;
+        isThere = true;
     }
-    if (!isThere || type >= m_given.size())
+    if (!isThere)
         return nullptr;
-    m_given[type] = std::move(text);
-    return m_given[type].c_str();
+    return (m_given[type] = std::move(text)).c_str();
 }
 
 QWORD StreamChannel::filePosition(DWORD mode) const {
@@ -367,7 +374,7 @@ void StreamChannel::hearTitles() {
             setTag(*entry);
             type = entry->tagType;
         }
-        m_syncs.fire(type == BASS_TAG_OGG ? BASS_SYNC_OGG_CHANGE : BASS_SYNC_META, 0);
+        m_syncs.fire(syncOf(type), 0);
     }
 }
 

@@ -2,18 +2,18 @@
 
 #include "audio/effects/effect_chain.h"
 #include "audio/ffmpeg/decode_worker.h"
-#include "audio/ffmpeg/net_engine.h"
 #include "audio/ffmpeg/pcm_tap.h"
+#include "audio/ffmpeg/stream_source.h"
 #include "audio/ffmpeg/stream_tap.h"
 #include "audio/ffmpeg/sync_table.h"
 #include "audio/ffmpeg/tag_timeline.h"
 #include "audio/ffmpeg/voice.h"
 
-#include <array>
 #include <condition_variable>
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -41,8 +41,9 @@ class StreamChannel {
     StreamChannel(const StreamChannel&) = delete;
     StreamChannel& operator=(const StreamChannel&) = delete;
 
-    void openUrl(NetEngine& net,
-                 HttpRequest request,
+    /// Makes what fills the tap.
+    using MakeSource = std::function<std::shared_ptr<StreamSource>(std::shared_ptr<StreamTap>)>;
+    void openUrl(const MakeSource& make,
                  StreamTap::Callbacks callbacks,
                  std::size_t fifoBound,
                  std::function<bool(StreamFormat)> accepts);
@@ -100,9 +101,8 @@ class StreamChannel {
     SyncTable m_syncs;
     EffectChain m_effects;
     PcmTap m_pcmTap;
-    NetEngine* m_net = nullptr;
     std::shared_ptr<StreamTap> m_tap;
-    std::shared_ptr<HttpTransfer> m_transfer;
+    std::shared_ptr<StreamSource> m_source;
     std::unique_ptr<DecoderInput> m_file;
     std::unique_ptr<DecodeWorker> m_worker;
 
@@ -113,17 +113,14 @@ class StreamChannel {
     bool m_isClosed = false;
     int m_error = BASS_OK;
     TagTimeline m_timeline;
-    std::string m_metaTag;
-    std::string m_oggTag;
-    bool m_hasMeta = false;
-    bool m_hasOgg = false;
+    std::map<DWORD, std::string> m_tags; ///< heard last, by type
     struct Event {
         DWORD type;
         DWORD data;
     };
     std::deque<Event> m_events;
-    bool m_hasMissedEnd = false;        ///< of the connection: nobody had asked for it
-    std::array<std::string, 8> m_given; ///< texts handed out by tags()
+    bool m_hasMissedEnd = false;          ///< of the connection: nobody had asked for it
+    std::map<DWORD, std::string> m_given; ///< texts handed out by tags()
 };
 
 } // namespace BASS

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -35,11 +36,26 @@ std::uint64_t StreamTap::length() const {
 void StreamTap::answered(const HttpHeaders& headers, int /*status*/) {
     const long long metaint = std::strtoll(headers.value("icy-metaint").c_str(), nullptr, 10);
     m_icy.emplace(metaint, static_cast<IcyDemux::Sink&>(*this));
+    begin(headers,
+          metaint > 0 ? 0 : std::strtoull(headers.value("content-length").c_str(), nullptr, 10));
+}
+
+void StreamTap::streamBegins(const HttpHeaders& given, std::uint64_t length) {
+    if (std::exchange(m_isStreaming, true)) {
+        linkBegins();
+        if (given.value("content-type") == headers().value("content-type"))
+            return;
+        download(nullptr, 0);
+        m_connectionStart = m_position;
+    }
+    begin(given, length);
+}
+
+void StreamTap::begin(const HttpHeaders& headers, std::uint64_t length) {
     {
         const std::lock_guard lock(m_mutex);
         m_headers = headers;
-        m_length =
-            metaint > 0 ? 0 : std::strtoull(headers.value("content-length").c_str(), nullptr, 10);
+        m_length = length;
     }
     if (!m_callbacks.wantsHeaders || m_callbacks.download == nullptr)
         return;
@@ -124,7 +140,8 @@ void StreamTap::tellTitle(DWORD type, const std::string& text) {
     if (m_callbacks.title == nullptr)
         return;
     const std::size_t length = text.find_last_not_of('\0') + 1;
-    const StreamTitle title{m_position, type, text.c_str(), static_cast<DWORD>(length)};
+    const StreamTitle title{
+        m_position - m_connectionStart, type, text.c_str(), static_cast<DWORD>(length)};
     if (const CallbackGate::Pass pass(m_gate); pass)
         m_callbacks.title(title, m_callbacks.user);
 }

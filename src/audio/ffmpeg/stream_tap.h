@@ -1,8 +1,8 @@
 #pragma once
 
 #include "audio/audio_library.h"
+#include "audio/callback_gate.h"
 #include "audio/ffmpeg/byte_fifo.h"
-#include "audio/ffmpeg/callback_gate.h"
 #include "audio/ffmpeg/http_transfer.h"
 #include "audio/ffmpeg/icy_demux.h"
 #include "audio/ogg_link_splitter.h"
@@ -37,6 +37,16 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     /// The body's size as the server says it; 0: endless.
     [[nodiscard]] std::uint64_t length() const;
 
+    // --- what a source has taken apart itself
+    // -----------------------------------------------------
+    /// A stream of this kind begins with the next byte; the content type tells two kinds apart.
+    /// For the engine another kind is a connection of its own. length: 0 means endless.
+    void streamBegins(const HttpHeaders& headers, std::uint64_t length);
+    void streamBytes(const std::uint8_t* data, std::size_t size) { handOn(data, size); }
+    void streamTitle(DWORD type, const std::string& text) { tellTitle(type, text); }
+
+    // --- TransferSink: bytes as a server sends them
+    // -----------------------------------------------
     void answered(const HttpHeaders& headers, int status) override;
     bool body(const std::uint8_t* data, std::size_t size) override;
     void ended(int error) override;
@@ -50,6 +60,7 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     void headersComplete(const std::vector<std::uint8_t>& pages) override;
 
     void handOn(const std::uint8_t* data, std::size_t size);
+    void begin(const HttpHeaders& headers, std::uint64_t length);
     void tellTitle(DWORD type, const std::string& text);
     void download(const void* buffer, std::size_t size);
 
@@ -59,7 +70,9 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     std::optional<IcyDemux> m_icy;
     std::optional<OggLinkSplitter> m_ogg;
     bool m_isFirst = true;
-    std::uint64_t m_position = 0; ///< audio bytes handed over
+    std::uint64_t m_position = 0;        ///< audio bytes handed over
+    std::uint64_t m_connectionStart = 0; ///< of m_position, as the engine counts
+    bool m_isStreaming = false;          ///< streamBegins() has been called
     std::string m_lastTitle;
 
     mutable std::mutex m_mutex; ///< guards the two below

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "audio/audio_library.h"
-#include "audio/ffmpeg/callback_gate.h"
+#include "audio/callback_gate.h"
 
 #include <atomic>
 #include <mutex>

@@ -1,6 +1,7 @@
 #include "audio/ffmpeg/url_text.h"
 
 #include <QString>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -20,6 +21,13 @@ std::filesystem::path filePath(const void* text, bool isWide) {
     if (path.startsWith(scheme, Qt::CaseInsensitive))
         path.remove(0, scheme.size());
     return std::filesystem::u8path(path.toStdString());
+}
+
+std::u16string fileUrl(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(path, error);
+    const QString name = QString::fromStdString(absolute.generic_u8string());
+    return QUrl::fromLocalFile(name).toString(QUrl::FullyEncoded).toStdU16String();
 }
 
 std::string requestUrl(const std::string& url) {

@@ -13,7 +13,8 @@ class QLineEdit;
 class QPushButton;
 class QSpinBox;
 class QTabWidget;
-class QVBoxLayout;
+class EncodingSettingsPage;
+class RecordingSettingsPage;
 
 /// Shows the preferences and gives back what was changed. It stores nothing itself.
 ///
@@ -42,18 +43,17 @@ class SettingsDialog final : public QDialog {
     QWidget* makeTray();
     QWidget* makePlaying(const QStringList& devices);
     void fillDevices(const QStringList& devices);
-    QWidget* makeRecording();
     QWidget* makeNetwork();
-    QCheckBox* addCheck(QVBoxLayout* layout, const char* name, const QString& text);
     void fill(const Preferences& preferences);
     void fillProxy(const ProxySettings& proxy);
     void watchChanges();
     void enableParts();
-    void browse();
     bool apply();
 
     Preferences m_applied; ///< as the fields show it
     QTabWidget* m_tabs;
+    RecordingSettingsPage* m_recording;
+    EncodingSettingsPage* m_encoding;
     QComboBox* m_language = nullptr;
     QComboBox* m_theme = nullptr;
     QCheckBox* m_autoPlay = nullptr;
@@ -74,9 +74,6 @@ class SettingsDialog final : public QDialog {
     QSpinBox* m_attempts = nullptr;
     QComboBox* m_device = nullptr;
     QCheckBox* m_peakMeter = nullptr;
-    QLineEdit* m_folder = nullptr;
-    QLineEdit* m_patternSplit = nullptr;
-    QLineEdit* m_patternNoSplit = nullptr;
     QCheckBox* m_useProxy = nullptr;
     QLineEdit* m_proxyHost = nullptr;
     QSpinBox* m_proxyPort = nullptr;

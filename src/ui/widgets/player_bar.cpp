@@ -41,13 +41,13 @@ PlayerBar::PlayerBar(const Commands& commands, QWidget* parent)
       m_play(new QToolButton(this)), m_record(new MenuToolButton(this)),
       m_meter(new PeakMeter(this)), m_mute(new QToolButton(this)),
       m_volume(new QSlider(Qt::Horizontal, this)), m_percent(new QLabel(this)),
-      m_strip(new RecordingStrip(commands.openRecordingFolder, this)) {
+      m_strip(new RecordingStrip({commands.openRecordingFolder, commands.recordPause}, this)) {
     setObjectName(QStringLiteral("playerBar"));
     makeTexts();
     makeButtons(commands);
     makeVolume();
     layOut();
-    showRecording(false, {});
+    showRecording({});
     showHeard({});
 }
 
@@ -69,8 +69,9 @@ void PlayerBar::makeButtons(const Commands& commands) {
 
     auto* menu = new QMenu(m_record);
     menu->addActions({commands.recordSplit, commands.recordNoSplit, commands.recordSingleSong});
+    menu->addAction(commands.recordKeepLast);
     menu->addSeparator();
-    menu->addActions({commands.recordStop, commands.openRecordingFolder});
+    menu->addActions({commands.recordPause, commands.recordStop, commands.openRecordingFolder});
     m_record->setObjectName(QStringLiteral("recordButton"));
     m_record->setMenu(menu);
     m_record->setFixedSize(68, 44);
@@ -188,12 +189,19 @@ void PlayerBar::showElapsed(std::chrono::milliseconds elapsed) {
     m_elapsed->setText(elapsed.count() > 0 ? durationText(elapsed) : QString());
 }
 
-void PlayerBar::showRecording(bool isRecording, const BASS::RecordingProgress& progress) {
+void PlayerBar::setPauseButtonShown(bool isShown) {
+    m_strip->setPauseButtonShown(isShown);
+}
+
+void PlayerBar::showRecording(const Recorded& recorded) {
+    const bool isRecording = recorded.isRecording;
     m_strip->setVisible(isRecording);
     if (isRecording) {
-        m_strip->showProgress(progress);
+        m_strip->showProgress(recorded.progress, recorded.isPaused);
     }
-    const QString command = isRecording ? tr("Stop recording") : tr("Record with splitting");
+    const QString command = isRecording            ? tr("Stop recording")
+                            : recorded.isSplitting ? tr("Record with splitting")
+                                                   : tr("Record without splitting");
     m_record->setIcon(isRecording ? icon(QStringLiteral("record-stop"), IconTone::OnAccent)
                                   : icon(QStringLiteral("record"), IconTone::Recording));
     m_record->setToolTip(tr("%1 (Ctrl+R)").arg(command));

@@ -37,7 +37,14 @@ class PlayerBar final : public QFrame {
     /// A line of the engine in place of the state, until the state changes.
     void showStatusLine(const QString& text);
     void showElapsed(std::chrono::milliseconds elapsed);
-    void showRecording(bool isRecording, const BASS::RecordingProgress& progress);
+    struct Recorded {
+        bool isRecording = false;
+        bool isPaused = false;
+        BASS::RecordingProgress progress;
+        bool isSplitting = true; ///< what the record button does
+    };
+    void showRecording(const Recorded& recorded);
+    void setPauseButtonShown(bool isShown);
     void showVolume(int percent, bool isMuted);
     [[nodiscard]] PeakMeter& meter() const { return *m_meter; }
 

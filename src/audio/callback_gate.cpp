@@ -1,4 +1,4 @@
-#include "audio/ffmpeg/callback_gate.h"
+#include "audio/callback_gate.h"
 
 #include <algorithm>
 
