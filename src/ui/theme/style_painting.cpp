@@ -6,6 +6,9 @@
 #include <QPainter>
 #include <QWidget>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr qreal kRadius = 6;
@@ -165,16 +168,31 @@ void drawSlider(const QStyleOptionSlider& option,
     const QColor accent =
         palette.color(has(option, QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled,
                       QPalette::Highlight);
-    const qreal middle = QRectF(groove).center().y();
-    const QRectF track(groove.left(), middle - kGroove / 2, groove.width(), kGroove);
+    const bool isUpright = option.orientation == Qt::Vertical;
+    const QPointF knobAt = QRectF(handle).center();
+    const QPointF middle = QRectF(groove).center();
+    // what goes to both sides of nothing is filled from there
+    const bool isTwoSided = option.minimum < 0 && option.maximum > 0;
+    const bool isFromEnd = isUpright != option.upsideDown;
+    const qreal from = isTwoSided  ? (isUpright ? middle.y() : middle.x())
+                       : isUpright ? (isFromEnd ? groove.top() : groove.bottom())
+                       : isFromEnd ? groove.right()
+                                   : groove.left();
+    const auto bar = [&](qreal one, qreal other) {
+        const qreal start = std::min(one, other);
+        const qreal length = std::abs(one - other);
+        return isUpright ? QRectF(middle.x() - kGroove / 2, start, kGroove, length)
+                         : QRectF(start, middle.y() - kGroove / 2, length, kGroove);
+    };
     const QColor rest = mixed(palette.color(QPalette::Window), palette.color(QPalette::Text), 0.25);
-    fillRounded(painter, track, rest, kGroove / 2);
-    const qreal x = QRectF(handle).center().x();
-    const QRectF filled = option.upsideDown
-                              ? QRectF(x, track.top(), track.right() - x, kGroove)
-                              : QRectF(track.left(), track.top(), x - track.left(), kGroove);
-    fillRounded(painter, filled, accent, kGroove / 2);
-    const QRectF knob(x - 7, middle - 7, 14, 14);
+    fillRounded(painter,
+                isUpright ? bar(groove.top(), groove.bottom()) : bar(groove.left(), groove.right()),
+                rest,
+                kGroove / 2);
+    fillRounded(painter, bar(from, isUpright ? knobAt.y() : knobAt.x()), accent, kGroove / 2);
+    const QPointF centre =
+        isUpright ? QPointF(middle.x(), knobAt.y()) : QPointF(knobAt.x(), middle.y());
+    const QRectF knob(centre.x() - 7, centre.y() - 7, 14, 14);
     fillRounded(painter, knob, accent, 7);
     if (has(option, QStyle::State_HasFocus)) {
         outlineRounded(painter, knob.adjusted(-3, -3, 3, 3), focusPen(palette), 10);

@@ -151,7 +151,7 @@ void WavelarkStyle::drawComplexControl(ComplexControl control,
                                        const QWidget* widget) const {
     const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
     const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
-    if (control == CC_Slider && slider != nullptr && slider->orientation == Qt::Horizontal) {
+    if (control == CC_Slider && slider != nullptr) {
         drawSlider(*slider,
                    *painter,
                    proxy()->subControlRect(CC_Slider, slider, SC_SliderGroove, widget),
