@@ -229,6 +229,8 @@ int WavelarkStyle::styleHint(StyleHint hint,
         return Qt::LeftButton;
     case SH_Slider_PageSetButtons:
         return Qt::NoButton;
+    case SH_DialogButtonBox_ButtonsHaveIcons: // words say it; the style's pictures are not ours
+        return 0;
     default:
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
