@@ -134,10 +134,52 @@ void drawMenuPart(const QStyleOption& option,
 
 void drawLineEditPanel(const QStyleOption& option, QPainter& painter) {
     const QPalette& palette = option.palette;
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
+    if (frame != nullptr && frame->lineWidth <= 0) { // inside of another field, which has its own
+        painter.fillRect(option.rect, palette.color(QPalette::Base));
+        return;
+    }
     fillRounded(painter, option.rect, palette.color(QPalette::Base), kRadius);
     const QPen pen =
         has(option, QStyle::State_HasFocus) ? focusPen(palette) : QPen(accentsFor(palette).line, 1);
     outlineRounded(painter, option.rect, pen, kRadius);
+}
+
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+    constexpr qreal kCorner = 3;
+    const QPalette& palette = option.palette;
+    const bool isEnabled = has(option, QStyle::State_Enabled);
+    const qreal side = std::min(option.rect.width(), option.rect.height());
+    QRectF box(0, 0, side, side);
+    box.moveCenter(QRectF(option.rect).center());
+    const QColor base = palette.color(QPalette::Base);
+    const QColor ink = palette.color(QPalette::Text); // paler by itself where disabled
+    const bool isOff = has(option, QStyle::State_Off);
+    const QColor fill = isOff || !isEnabled
+                            ? mixed(base, ink, has(option, QStyle::State_MouseOver) ? 0.1 : 0.0)
+                            : palette.color(QPalette::Active, QPalette::Highlight);
+    fillRounded(painter, box, fill, kCorner);
+    if (isOff || !isEnabled)
+        outlineRounded(painter, box, QPen(mixed(base, ink, 0.6), 1), kCorner);
+    if (isOff)
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(isEnabled ? palette.color(QPalette::HighlightedText) : ink,
+                        1.8,
+                        Qt::SolidLine,
+                        Qt::RoundCap,
+                        Qt::RoundJoin));
+    const auto at = [&box](qreal x, qreal y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPointF tick[] = {at(0.24, 0.54), at(0.43, 0.72), at(0.77, 0.3)};
+    const QPointF partly[] = {at(0.25, 0.5), at(0.75, 0.5)};
+    if (has(option, QStyle::State_NoChange))
+        painter.drawPolyline(partly, 2);
+    else
+        painter.drawPolyline(tick, 3);
+    painter.restore();
 }
 
 bool isItemStrong(const QStyleOption& option, const QWidget* view) {

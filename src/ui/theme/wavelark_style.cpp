@@ -120,6 +120,10 @@ void WavelarkStyle::drawPrimitive(PrimitiveElement element,
     case PE_FrameLineEdit:
         drawLineEditPanel(*option, *painter);
         return;
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorItemViewItemCheck:
+        drawCheckBox(*option, *painter);
+        return;
     case PE_PanelItemViewItem:
         drawItemPanel(*option, *painter, widget);
         return;
@@ -139,6 +143,14 @@ void WavelarkStyle::drawControl(ControlElement element,
         QStyleOptionButton copy = *button;
         copy.palette.setColor(QPalette::ButtonText,
                               option->palette.color(QPalette::HighlightedText));
+        QProxyStyle::drawControl(element, &copy, painter, widget);
+        return;
+    }
+    const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (element == CE_ItemViewItem && item != nullptr && !isItemStrong(*item, widget)) {
+        // a pale selection bears the usual ink
+        QStyleOptionViewItem copy = *item;
+        copy.palette.setColor(QPalette::HighlightedText, item->palette.color(QPalette::Text));
         QProxyStyle::drawControl(element, &copy, painter, widget);
         return;
     }
