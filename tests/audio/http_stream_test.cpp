@@ -41,6 +41,9 @@ TEST(HttpStream, PlaysEveryFormatToItsEnd) {
         {Track::OggFlac, &Library::FLAC_StreamCreateURL, BASS_CTYPE_STREAM_FLAC_OGG},
         {Track::Flac, &Library::FLAC_StreamCreateURL, BASS_CTYPE_STREAM_FLAC},
         {Track::M4a, &Library::MP4_StreamCreateURL, BASS_CTYPE_STREAM_MP4},
+        {Track::Wma, &Library::WMA_StreamCreateURL, BASS_CTYPE_STREAM_WMA},
+        {Track::Wav, &Library::StreamCreateURL, BASS_CTYPE_STREAM_WAV_PCM},
+        {Track::Aiff, &Library::StreamCreateURL, BASS_CTYPE_STREAM_AIFF},
         {Track::Mono, &Library::StreamCreateURL, BASS_CTYPE_STREAM_MP3},
     };
     for (const Case& each : cases) {

@@ -218,6 +218,7 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
     if (block.samples.empty())
         return true;
     updateInfo();
+    deliverComments();
     const std::uint64_t position = streamPosition(block.hasPosition ? block.position : m_fed);
     deliverTitles(position);
     if (m_callbacks.pcm)
@@ -242,6 +243,18 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
         if (m_seekTo)
             return true;
     }
+}
+
+/// What only the container tells; streams of the other formats have had their titles taken out on
+/// the way here.
+void DecodeWorker::deliverComments() {
+    const bool isAsf = m_format == StreamFormat::Asf;
+    if (!isAsf && m_format != StreamFormat::Mp4)
+        return;
+    std::string comments = m_decoder->takeComments();
+    if (!comments.empty())
+        m_callbacks.title(
+            {m_voice.writtenFrame(), isAsf ? BASS_TAG_WMA : BASS_TAG_MP4, std::move(comments)});
 }
 
 void DecodeWorker::deliverTitles(std::uint64_t position) {

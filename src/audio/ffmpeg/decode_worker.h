@@ -70,6 +70,7 @@ class DecodeWorker {
     bool stepOnce();
     bool linkIsOver();
     bool deliver(LinkDecoder::Block& block);
+    void deliverComments();
     void deliverTitles(std::uint64_t position);
     std::uint64_t streamPosition(std::uint64_t fed);
     void tellReady(int error);

@@ -141,6 +141,8 @@ class FfmpegLibrary final : public AudioLibrary {
     void endEncoders(StreamChannel& channel);
     void sweepEncoders();
 
+    std::shared_ptr<StreamSource>
+    makeSource(HttpRequest request, std::shared_ptr<StreamTap> tap, Accepts* accepts);
     HSTREAM createUrl(const UrlArguments& arguments, Accepts* accepts);
     HSTREAM createFile(const void* file, DWORD flags, Accepts* accepts);
     HSTREAM finishCreate(const Channel& channel);

@@ -50,6 +50,8 @@ DWORD syncOf(DWORD tagType) {
     switch (tagType) {
     case BASS_TAG_OGG:
         return BASS_SYNC_OGG_CHANGE;
+    case BASS_TAG_WMA:
+        return BASS_SYNC_WMA_META;
     case BASS_TAG_HLS_EXTINF:
         return BASS_SYNC_HLS_SEGMENT;
     default:

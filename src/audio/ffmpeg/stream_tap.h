@@ -45,6 +45,9 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     void streamBytes(const std::uint8_t* data, std::size_t size) { handOn(data, size); }
     void streamTitle(DWORD type, const std::string& text) { tellTitle(type, text); }
 
+    /// For the decoder alone: what it needs at this place although the server sends it elsewhere.
+    void decoderBytes(const std::uint8_t* data, std::size_t size) { m_fifo.push(data, size); }
+
     // --- TransferSink: bytes as a server sends them
     // -----------------------------------------------
     void answered(const HttpHeaders& headers, int status) override;
