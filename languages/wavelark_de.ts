@@ -73,6 +73,14 @@
         <source>The language changes when Wavelark starts the next time.</source>
         <translation>Die Sprache wechselt beim nächsten Start von Wavelark.</translation>
     </message>
+    <message>
+        <source>Recording paused</source>
+        <translation>Aufnahme angehalten</translation>
+    </message>
+    <message>
+        <source>Recording resumed</source>
+        <translation>Aufnahme läuft weiter</translation>
+    </message>
 </context>
 <context>
     <name>AppStream</name>
@@ -347,6 +355,13 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
     </message>
 </context>
 <context>
+    <name>BASS::EncodedSession</name>
+    <message>
+        <source>What the encoder gives out is not the audio it should be.</source>
+        <translation>Was der Encoder liefert, ist nicht der Ton, der es sein sollte.</translation>
+    </message>
+</context>
+<context>
     <name>BASS::FileTagger</name>
     <message>
         <source>Cannot write tags to</source>
@@ -587,6 +602,30 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <source>&amp;Settings…</source>
         <translation>&amp;Einstellungen…</translation>
     </message>
+    <message>
+        <source>Keep last title</source>
+        <translation>Letzten Titel behalten</translation>
+    </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>Aufnahme anhalten</translation>
+    </message>
+    <message>
+        <source>Resume recording</source>
+        <translation>Aufnahme fortsetzen</translation>
+    </message>
+    <message>
+        <source>P&amp;ause</source>
+        <translation>An&amp;halten</translation>
+    </message>
+    <message>
+        <source>&amp;Go to live</source>
+        <translation>Zum Li&amp;vesignal</translation>
+    </message>
+    <message>
+        <source>&amp;Go on</source>
+        <translation>&amp;Weiter</translation>
+    </message>
 </context>
 <context>
     <name>ConsoleReporter</name>
@@ -597,6 +636,107 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
     <message>
         <source>Error: %1</source>
         <translation>Fehler: %1</translation>
+    </message>
+</context>
+<context>
+    <name>EncodingSettingsPage</name>
+    <message>
+        <source>Do not encode if &amp;stream type and bitrate are the same</source>
+        <translation>Nicht umwandeln, wenn Art und Bitrate des &amp;Streams gleich sind</translation>
+    </message>
+    <message>
+        <source>Rem&amp;ove original file
+after encoding</source>
+        <translation>&amp;Originaldatei nach dem
+Umwandeln löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Encode to:</source>
+        <translation>&amp;Umwandeln in:</translation>
+    </message>
+    <message>
+        <source>Do not encode</source>
+        <translation>Nicht umwandeln</translation>
+    </message>
+    <message>
+        <source>&amp;Bitrate:</source>
+        <translation>&amp;Bitrate:</translation>
+    </message>
+    <message>
+        <source>[Not Set]</source>
+        <translation>[Nicht gesetzt]</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>&amp;Mode:</source>
+        <translation>&amp;Modus:</translation>
+    </message>
+    <message>
+        <source>Constant bitrate</source>
+        <translation>Feste Bitrate</translation>
+    </message>
+    <message>
+        <source>Variable bitrate</source>
+        <translation>Veränderliche Bitrate</translation>
+    </message>
+    <message>
+        <source>Average bitrate</source>
+        <translation>Mittlere Bitrate</translation>
+    </message>
+    <message>
+        <source>Arg&amp;uments of a program:</source>
+        <translation>Angaben für ein &amp;Programm:</translation>
+    </message>
+    <message>
+        <source>The usual ones</source>
+        <translation>Die üblichen</translation>
+    </message>
+    <message>
+        <source>For an encoder program that is used where the built-in encoder is not. “-b0” stands for the bitrate.</source>
+        <translation>Für ein Encoder-Programm, das statt des eingebauten Encoders benutzt wird. „-b0“ steht für die Bitrate.</translation>
+    </message>
+    <message>
+        <source>Write t&amp;ags into finished files</source>
+        <translation>&amp;Tags in fertige Dateien schreiben</translation>
+    </message>
+    <message>
+        <source>Keep a track &amp;list beside each recording</source>
+        <translation>Zu jeder Aufnahme eine Titel&amp;liste anlegen</translation>
+    </message>
+    <message>
+        <source>&amp;Format of the track list:</source>
+        <translation>&amp;Format der Titelliste:</translation>
+    </message>
+    <message>
+        <source>Playlist (m3u)</source>
+        <translation>Wiedergabeliste (m3u)</translation>
+    </message>
+    <message>
+        <source>Cue sheet (cue)</source>
+        <translation>Cue-Sheet (cue)</translation>
+    </message>
+    <message>
+        <source>Text (txt)</source>
+        <translation>Text (txt)</translation>
+    </message>
+    <message>
+        <source>Dates in the track list</source>
+        <translation>Zeitangaben in der Titelliste</translation>
+    </message>
+    <message>
+        <source>A&amp;dd every title to “tracks.txt” in the recording folder</source>
+        <translation>Je&amp;den Titel in „tracks.txt“ im Aufnahmeordner eintragen</translation>
+    </message>
+    <message>
+        <source>Code %1</source>
+        <translation>Code %1</translation>
+    </message>
+    <message>
+        <source>Quality %1</source>
+        <translation>Qualität %1</translation>
     </message>
 </context>
 <context>
@@ -844,6 +984,14 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <source>Muted</source>
         <translation>Stummgeschaltet</translation>
     </message>
+    <message>
+        <source>Record without splitting</source>
+        <translation>Ohne Teilen aufnehmen</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 hinter live</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceFaults</name>
@@ -896,6 +1044,252 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <source>Try again</source>
         <translation>Erneut versuchen</translation>
     </message>
+    <message>
+        <source>Dynamic boost can sometimes distort recordings when encoding</source>
+        <translation>Die dynamische Verstärkung kann Aufnahmen beim Umwandeln verzerren</translation>
+    </message>
+    <message>
+        <source>Do you wish to temporarily turn off dynamic boost?</source>
+        <translation>Möchten Sie die dynamische Verstärkung vorübergehend ausschalten?</translation>
+    </message>
+    <message>
+        <source>The recording buffer does not hold the last title from its beginning. The buffer is switched on, and made larger, in the settings of recordings.</source>
+        <translation>Der Aufnahmepuffer enthält den letzten Titel nicht von Anfang an. Eingeschaltet und vergrößert wird der Puffer in den Einstellungen der Aufnahme.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingFilePattern</name>
+    <message>
+        <source>Station name</source>
+        <translation>Sendername</translation>
+    </message>
+    <message>
+        <source>Country</source>
+        <translation>Land</translation>
+    </message>
+    <message>
+        <source>Country state</source>
+        <translation>Bundesland</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>Stadt</translation>
+    </message>
+    <message>
+        <source>Scheduled task name</source>
+        <translation>Name der geplanten Aufgabe</translation>
+    </message>
+    <message>
+        <source>Date Format</source>
+        <translation>Datumsformat</translation>
+    </message>
+    <message>
+        <source>Time Format</source>
+        <translation>Zeitformat</translation>
+    </message>
+    <message>
+        <source>Track or Title</source>
+        <translation>Titel oder Sender</translation>
+    </message>
+    <message>
+        <source>Song/Track artist</source>
+        <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>Song/Track title</source>
+        <translation>Titel des Stücks</translation>
+    </message>
+    <message>
+        <source>Any comment found</source>
+        <translation>Gefundener Kommentar</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>File Pattern</source>
+        <translation>Dateimuster</translation>
+    </message>
+    <message>
+        <source>File Pattern (Splitting)</source>
+        <translation>Dateimuster (mit Teilen)</translation>
+    </message>
+    <message>
+        <source>File Pattern (No Splitting)</source>
+        <translation>Dateimuster (ohne Teilen)</translation>
+    </message>
+    <message>
+        <source>File &amp;Pattern (Splitting):</source>
+        <translation>Datei&amp;muster (mit Teilen):</translation>
+    </message>
+    <message>
+        <source>File &amp;Pattern (No Splitting):</source>
+        <translation>Datei&amp;muster (ohne Teilen):</translation>
+    </message>
+    <message>
+        <source>Test Output</source>
+        <translation>Probeausgabe</translation>
+    </message>
+    <message>
+        <source>&amp;Copy from presets:</source>
+        <translation>Aus &amp;Vorlagen übernehmen:</translation>
+    </message>
+    <message>
+        <source>&amp;Date Format:</source>
+        <translation>&amp;Datumsformat:</translation>
+    </message>
+    <message>
+        <source>&amp;Time Format:</source>
+        <translation>&amp;Zeitformat:</translation>
+    </message>
+    <message>
+        <source>Copy from &amp;settings</source>
+        <translation>Aus den &amp;Einstellungen übernehmen</translation>
+    </message>
+    <message>
+        <source>Placeholders</source>
+        <translation>Platzhalter</translation>
+    </message>
+    <message>
+        <source>&amp;Insert at the cursor</source>
+        <translation>An der Schreibmarke e&amp;infügen</translation>
+    </message>
+    <message>
+        <source>Harbour Jazz</source>
+        <translation>Hafenjazz</translation>
+    </message>
+    <message>
+        <source>Germany</source>
+        <translation>Deutschland</translation>
+    </message>
+    <message>
+        <source>Hamburg</source>
+        <translation>Hamburg</translation>
+    </message>
+    <message>
+        <source>Evening</source>
+        <translation>Abend</translation>
+    </message>
+    <message>
+        <source>The Lamplighters - Slow Boat</source>
+        <translation>The Lamplighters - Slow Boat</translation>
+    </message>
+    <message>
+        <source>live</source>
+        <translation>live</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingSettingsPage</name>
+    <message>
+        <source>Recording folder</source>
+        <translation>Aufnahmeordner</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Durchsuchen…</translation>
+    </message>
+    <message>
+        <source>Choose the recording folder</source>
+        <translation>Aufnahmeordner wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>File names, one file per track</source>
+        <translation>Dateinamen, eine Datei je Titel</translation>
+    </message>
+    <message>
+        <source>File names, one file in all</source>
+        <translation>Dateinamen, eine Datei insgesamt</translation>
+    </message>
+    <message>
+        <source>Edit…</source>
+        <translation>Bearbeiten…</translation>
+    </message>
+    <message>
+        <source>Edit: %1</source>
+        <translation>Bearbeiten: %1</translation>
+    </message>
+    <message>
+        <source>File names, one file per trac&amp;k:</source>
+        <translation>Dateinamen, eine Datei je &amp;Titel:</translation>
+    </message>
+    <message>
+        <source>File names, one file in &amp;all:</source>
+        <translation>Dateinamen, eine Datei insge&amp;samt:</translation>
+    </message>
+    <message>
+        <source>The record b&amp;utton makes:</source>
+        <translation>Der Aufnahme&amp;knopf macht:</translation>
+    </message>
+    <message>
+        <source>One file per track</source>
+        <translation>Eine Datei je Titel</translation>
+    </message>
+    <message>
+        <source>One file in all</source>
+        <translation>Eine Datei insgesamt</translation>
+    </message>
+    <message>
+        <source>One file in all, part&amp;s of:</source>
+        <translation>Eine Datei insgesamt, Tei&amp;le von:</translation>
+    </message>
+    <message>
+        <source> min</source>
+        <comment>minutes</comment>
+        <translation> min</translation>
+    </message>
+    <message>
+        <source>Not parted</source>
+        <translation>Nicht geteilt</translation>
+    </message>
+    <message>
+        <source>&amp;Delay of cuts:</source>
+        <translation>&amp;Verzögerung der Schnitte:</translation>
+    </message>
+    <message>
+        <source> ms</source>
+        <comment>milliseconds</comment>
+        <translation> ms</translation>
+    </message>
+    <message>
+        <source>For stations that send their titles too early; below zero: too late.</source>
+        <translation>Für Sender, die ihre Titel zu früh senden; unter null: zu spät.</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite same file</source>
+        <translation>Gleiche Datei übe&amp;rschreiben</translation>
+    </message>
+    <message>
+        <source>Cut MP3 to the b&amp;yte, without what a clean start needs</source>
+        <translation>MP3 auf das B&amp;yte genau schneiden, ohne was ein sauberer Anfang braucht</translation>
+    </message>
+    <message>
+        <source>Write AAC streams as M&amp;4A files</source>
+        <translation>AAC-Streams als M&amp;4A-Dateien schreiben</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w a pause button while recording</source>
+        <translation>Während der Aufnahme einen &amp;Pausenknopf zeigen</translation>
+    </message>
+    <message>
+        <source>Do not use
+recording buffer</source>
+        <translation>Aufnahmepuffer
+nicht benutzen</translation>
+    </message>
+    <message>
+        <source>Buffer size (MB)</source>
+        <translation>Puffergröße (MB)</translation>
+    </message>
+    <message>
+        <source>A recording buffer means the recording will not start from the point the recording was started</source>
+        <translation>Mit einem Aufnahmepuffer beginnt die Aufnahme nicht erst an der Stelle, an der sie gestartet wurde</translation>
+    </message>
 </context>
 <context>
     <name>RecordingStrip</name>
@@ -906,6 +1300,10 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>Recording: %1</source>
         <translation>Aufnahme: %1</translation>
+    </message>
+    <message>
+        <source>Recording paused: %1</source>
+        <translation>Aufnahme angehalten: %1</translation>
     </message>
 </context>
 <context>
@@ -1075,30 +1473,6 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
         <translation>Ein größerer Puffer überbrückt längere Lücken im Netz. Änderungen gelten ab dem nächsten Sender.</translation>
     </message>
     <message>
-        <source>Recording folder</source>
-        <translation>Aufnahmeordner</translation>
-    </message>
-    <message>
-        <source>&amp;Browse…</source>
-        <translation>&amp;Durchsuchen…</translation>
-    </message>
-    <message>
-        <source>Choose the recording folder</source>
-        <translation>Aufnahmeordner auswählen</translation>
-    </message>
-    <message>
-        <source>&amp;Folder:</source>
-        <translation>&amp;Ordner:</translation>
-    </message>
-    <message>
-        <source>File names, one file in &amp;all:</source>
-        <translation>Dateinamen, eine Datei insge&amp;samt:</translation>
-    </message>
-    <message>
-        <source>A backslash begins a folder. %1 stands for the station, %2 for the track. Also possible: %3.</source>
-        <translation>Ein umgekehrter Schrägstrich beginnt einen Ordner. %1 steht für den Sender, %2 für den Titel. Ebenfalls möglich: %3.</translation>
-    </message>
-    <message>
         <source>&amp;Use a proxy</source>
         <translation>Einen &amp;Proxy verwenden</translation>
     </message>
@@ -1151,8 +1525,8 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
         <translation>Mel&amp;dungen zeigen, wenn das Fenster verborgen ist</translation>
     </message>
     <message>
-        <source>File names, one file per trac&amp;k:</source>
-        <translation>Dateinamen, eine Datei je &amp;Titel:</translation>
+        <source>Encoding</source>
+        <translation>Umwandlung</translation>
     </message>
 </context>
 <context>
@@ -1273,6 +1647,14 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
             <numerusform>%n Titel</numerusform>
             <numerusform>%n Titel</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>room for %1 days</source>
+        <translation>Platz für %1 Tage</translation>
+    </message>
+    <message>
+        <source>room for %1</source>
+        <translation>Platz für %1</translation>
     </message>
 </context>
 <context>

@@ -104,6 +104,7 @@ int runWindow(QT_EXT::SingleApplication& app,
                             [] { return hasDisplay() && QSystemTrayIcon::isSystemTrayAvailable(); },
                             hasDisplay()});
 
+    engine.setMainObject(&window);
     const std::unique_ptr<ConsoleReporter> console = reportOnConsole(player, window);
     KeepAwake keepAwake;
     QObject::connect(&player, &Player::sig_recordingChanged, &app, [&keepAwake](bool isRecording) {

@@ -39,6 +39,16 @@ class OwnSettings {
     // Cuts an MP3 stream without the pre-roll of a clean decoder start.
     BoolSetting RecMp3ByteExact{m_file, "RecMp3ByteExact", "false"};
     TextSetting AudioProvider{m_file, "AudioProvider", "ffmpeg"};
+    // What the record button does: one file a track, or one file in all.
+    BoolSetting RecButtonSplits{m_file, "RecButtonSplits", "true"};
+    // 0 constant, 1 variable, 2 average
+    IntSetting RecEncodingMode{m_file, "RecEncodingMode", "0"};
+    // The user's arguments of external encoders; empty: the usual ones.
+    TextSetting RecLameArguments{m_file, "RecLameArguments"};
+    TextSetting RecAacPlusArguments{m_file, "RecAacPlusArguments"};
+    TextSetting RecOggEncArguments{m_file, "RecOggEncArguments"};
+    TextSetting RecFlacArguments{m_file, "RecFlacArguments"};
+    TextSetting RecFaacArguments{m_file, "RecFaacArguments"};
     // Milliseconds of stream time; negative: before the title.
     IntSetting RecSplitDelayMs{m_file, "RecSplitDelayMs", "0"};
     // A stream of the wanted type and bitrate is written as it comes.

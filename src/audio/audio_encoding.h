@@ -6,8 +6,9 @@ namespace BASS {
 
 /// Encoded bytes, in the order of the file, on the encoder's own thread. The last call has length 0
 /// and comes exactly once for every encoder that a start call has returned: the file is complete,
-/// or Encode_IsActive() says 0 before it because the encoder has failed. It may block (the queue
-/// behind it holds 20 seconds), and must not stop or free its own encoder's channel.
+/// or Encode_IsActive() says 0 before it because the encoder has failed. An encoder that got no
+/// audio gives out nothing but that call. It may block (the queue behind it holds 20 seconds), and
+/// must not stop or free its own encoder's channel.
 using ENCODEPROC =
     void(HENCODE handle, DWORD channel, const void* buffer, DWORD length, void* user);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/audio_encoding.h"
+#include "audio/effect_settings.h"
 
 namespace BASS {
 
@@ -101,6 +102,9 @@ class AudioLibrary : public AudioEncoding {
     // --- channels -----------------------------------------------------------------------------
     virtual bool ChannelPlay(DWORD handle, bool restart) = 0;
     virtual bool ChannelPause(DWORD handle) = 0;
+    /// A live stream that has been paused goes on with the newest audio; what lies between is not
+    /// heard. False: this library or this kind of stream cannot do it.
+    virtual bool ChannelJumpToLive(DWORD /*handle*/) { return false; }
     virtual bool ChannelStop(DWORD handle) = 0;
     virtual DWORD ChannelIsActive(DWORD handle) = 0;
     virtual bool ChannelGetInfo(DWORD handle, BASS_CHANNELINFO* info) = 0;
@@ -109,6 +113,9 @@ class AudioLibrary : public AudioEncoding {
     virtual const char* ChannelGetTags(DWORD handle, DWORD tags) = 0;
     virtual bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) = 0;
     virtual bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) = 0;
+    /// Not of the library's own: shapes the channel's sound from now on, without a click; also what
+    /// its encoders get. With handle 0 every channel created from now on, from its first sample.
+    virtual bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) = 0;
     /// Moves an attribute to a value over `time` milliseconds of heard time; BASS_SYNC_SLIDE
     /// follows.
     virtual bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) = 0;

@@ -77,6 +77,8 @@ constexpr DWORD BASS_WMA_ENCODE_STANDARD = 8192;
 constexpr DWORD BASS_ATTRIB_FREQ = 1;
 constexpr DWORD BASS_ATTRIB_VOL = 2;      ///< 0.0 to 1.0
 constexpr DWORD BASS_ATTRIB_BITRATE = 12; ///< kbit/s
+/// Not of the library's own, read only: decibels that the automatic volume adds now.
+constexpr DWORD BASS_ATTRIB_AUTO_GAIN = 0x57410001;
 
 constexpr DWORD BASS_ACTIVE_STOPPED = 0;
 constexpr DWORD BASS_ACTIVE_PLAYING = 1;

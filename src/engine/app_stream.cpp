@@ -37,10 +37,7 @@ AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* 
     m_infoTimer.setInterval(kInfoInterval);
     connect(
         &m_infoTimer, &QTimer::timeout, this, [this] { emit sig_streamInfoChanged(streamInfo()); });
-    connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, [this] {
-        m_isRecorderOn = m_recorder.isRunning();
-        emit sig_recordingChanged(m_isRecorderOn);
-    });
+    connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, &AppStream::recordingFinished);
 }
 
 AppStream::~AppStream() {
@@ -48,6 +45,7 @@ AppStream::~AppStream() {
     m_encoder.stop();
     disconnectChannels(0ms);
     m_recorder.stopAndWait();
+    m_originals.stopAndWait();
 }
 
 // --- commands
@@ -68,6 +66,7 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_reconnectAttempt = 0;
     m_kind = BASS::StreamKind::None;
     m_playedAddress = station.playUrl();
+    m_shift.reset();
     m_splitDelayMs = station.splitDelayMs;
     setStation(station);
     emit sig_stationChanged(m_station);
@@ -99,6 +98,7 @@ void AppStream::stop() {
     CancelConnect();
     m_reconnectTimer.stop();
     stopRecording();
+    m_shift.reset();
     const bool wasConnecting =
         m_state == PlayState::Connecting || m_state == PlayState::Reconnecting;
     disconnectChannels(settings().fadeOut);
@@ -112,7 +112,7 @@ void AppStream::stop() {
 void AppStream::startRecording(const BASS::RecordingOptions& options) {
     m_isRecorderOn = true;
     if (isEncodingWanted(options)) {
-        m_encoder.start(options, arrivedSong(), m_current.handle);
+        startEncoding(options);
     } else {
         // a buffer reaches back to the song that is heard; without one only what arrives can be had
         const BASS::Song heard = song();
@@ -120,6 +120,29 @@ void AppStream::startRecording(const BASS::RecordingOptions& options) {
         m_recorder.start(options, hasBuffer ? heard : arrivedSong());
     }
     emit sig_recordingChanged(m_recorder.isRunning());
+}
+
+void AppStream::startEncoding(const BASS::RecordingOptions& options) {
+    const BASS::Song song = arrivedSong();
+    if (options.isOriginalKept) {
+        BASS::RecordingOptions original = options;
+        original.folder += QStringLiteral("/Originals");
+        original.encoder = 0;
+        original.hasTrackList = original.isTitleListKept = false; // one list is enough
+        m_originals.start(original, song);
+    }
+    m_encoder.start(options, song, m_current.handle);
+}
+
+void AppStream::recordingFinished() {
+    m_isRecorderOn = m_recorder.isRunning();
+    if (!m_isRecorderOn) {
+        // the files may have ended by themselves: nothing is left to encode for
+        m_encoder.stop();
+        m_originals.stop();
+        tellPaused(false);
+    }
+    emit sig_recordingChanged(m_isRecorderOn);
 }
 
 bool AppStream::isEncodingWanted(const BASS::RecordingOptions& options) {
@@ -140,14 +163,25 @@ bool AppStream::keepLastTitle(const BASS::RecordingOptions& options) {
 }
 
 void AppStream::setRecordingPaused(bool isPaused) {
+    if (isPaused && !m_recorder.isRunning())
+        return;
     m_recorder.setPaused(isPaused);
+    m_originals.setPaused(isPaused);
     m_encoder.setPaused(isPaused);
+    tellPaused(isPaused);
+}
+
+void AppStream::tellPaused(bool isPaused) {
+    if (std::exchange(m_isRecordingPaused, isPaused) != isPaused)
+        emit sig_recordingPaused(isPaused);
 }
 
 void AppStream::stopRecording() {
     m_encoder.stop();
-    if (m_recorder.isRunning())
-        m_recorder.stop();
+    for (BASS::StreamRecorder* recorder : {&m_recorder, &m_originals}) {
+        if (recorder->isRunning())
+            recorder->stop();
+    }
 }
 
 // --- what is shown
@@ -165,6 +199,8 @@ StreamInfo AppStream::streamInfo() {
     info.genre = headers.genre;
     info.website = headers.website;
     info.bitrate = headers.bitrate;
+    info.isPaused = isPaused();
+    info.behindLiveMs = static_cast<int>(behindLive().count());
     const DWORD handle = GetHandle();
     BASS::BASS_CHANNELINFO channel{};
     if (handle == 0 || !library().ChannelGetInfo(handle, &channel))
@@ -267,13 +303,12 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
     m_playedAddress = channel.connect->address();
-    const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
-                                                         BASS::BASS_ACTIVE_PLAYING;
-    if (isOldHeard) {
+    const DWORD activity = m_current.handle != 0 ? library().ChannelIsActive(m_current.handle) : 0;
+    if (activity == BASS::BASS_ACTIVE_PLAYING || activity == BASS::BASS_ACTIVE_PAUSED) {
         // what the lost connection still had in its buffer is heard to its end
-        m_next = channel;
+        freeChannel(std::exchange(m_next, channel));
         m_connectedAt = steadyNow();
-        setState(PlayState::Playing);
+        setState(m_shift.isPaused() ? PlayState::Paused : PlayState::Playing);
         return;
     }
     startPlaying(channel, m_current.handle != 0 ? kReconnectFadeMs : -1);
@@ -331,7 +366,7 @@ void AppStream::connectionLost(unsigned channel) {
 }
 
 void AppStream::scheduleReconnect() {
-    if (!m_recorder.isRunning() && outage() > BASS::kPatience) {
+    if (!m_recorder.isRunning() && outage() > settings().patience) {
         giveUp(tr("The station did not come back"));
         return;
     }
@@ -412,14 +447,18 @@ void AppStream::onNotification(int code, const QVariant& payload) {
 void AppStream::connectionBegan(const char* headers) {
     Stream::connectionBegan(headers);
     m_recorder.connectionBegan();
+    m_originals.connectionBegan();
 }
 
 void AppStream::audioBytes(const char* data, qint64 bytes) {
     m_recorder.append(data, bytes);
+    m_originals.append(data, bytes);
 }
 
 void AppStream::connectionEnded() {
     m_recorder.connectionEnded();
+    m_originals.connectionEnded();
+    m_encoder.connectionEnded();
 }
 
 /// The cut itself is the recorder's: it knows the title's place in the bytes and counts the delay
@@ -427,6 +466,7 @@ void AppStream::connectionEnded() {
 /// tell the window when it is due by the clock.
 void AppStream::OnSplitFile(const BASS::Song& song) {
     m_recorder.trackChanged(song);
+    m_originals.trackChanged(song);
     m_encoder.cutAt(song);
     if (!m_isRecorderOn)
         return;

@@ -3,6 +3,7 @@
 #include "engine/channel_encoder.h"
 #include "engine/engine_types.h"
 #include "engine/stream.h"
+#include "engine/time_shift.h"
 #include "recording/stream_recorder.h"
 
 #include <QPointer>
@@ -32,6 +33,17 @@ class AppStream : public BASS::Stream {
     /// Fades out and disconnects; ends a connect under way within 200 ms; ends a recording.
     void stop();
 
+    /// A paused station keeps on being received, up to 32 MB (half an hour of 128 kbit/s); what
+    /// came first is lost then. Playing goes on where it was paused. Nothing happens where nothing
+    /// plays.
+    void setPaused(bool isPaused);
+    [[nodiscard]] bool isPaused() const { return m_shift.isPaused(); }
+    [[nodiscard]] bool canPause() const;
+    /// How far a live station is heard behind what it sends; 0: live.
+    [[nodiscard]] std::chrono::milliseconds behindLive() const;
+    /// Goes on with what the station sends now; also out of a pause.
+    void jumpToLive();
+
     [[nodiscard]] PlayState playState() const { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const { return m_station; }
     /// The song that is heard now.
@@ -43,10 +55,14 @@ class AppStream : public BASS::Stream {
     /// The title before the one that is heard, out of the recording buffer; a recording of its own
     /// that ends by itself. False: the buffer does not hold it, or something is being recorded.
     bool keepLastTitle(const BASS::RecordingOptions& options);
+    /// Nothing is written until it is resumed; titles make no cuts meanwhile.
     void setRecordingPaused(bool isPaused);
+    [[nodiscard]] bool isRecordingPaused() const { return m_isRecordingPaused; }
     void stopRecording();
     [[nodiscard]] bool isRecording() const { return m_recorder.isRunning(); }
     [[nodiscard]] BASS::StreamRecorder& recorder() { return m_recorder; }
+    /// Writes the stream's own data beside an encoded recording, where that is wanted.
+    [[nodiscard]] BASS::StreamRecorder& originals() { return m_originals; }
 
     /// Gets a SplitEvent for every cut; null: nobody. It outlives the engine or takes itself out.
     void setMainObject(QObject* object) { m_mainObject = object; }
@@ -66,6 +82,7 @@ class AppStream : public BASS::Stream {
     /// The connect has failed for good; the text says why and what can be done.
     void sig_connectFailed(const QString& message);
     void sig_recordingChanged(bool isRecording);
+    void sig_recordingPaused(bool isPaused);
 
   protected:
     bool event(QEvent* event) override;
@@ -95,6 +112,9 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
+    void startEncoding(const BASS::RecordingOptions& options);
+    void recordingFinished();
+    void tellPaused(bool isPaused);
     [[nodiscard]] bool isEncodingWanted(const BASS::RecordingOptions& options);
     void splitDelayed(const BASS::Song& song);
     void postSplit(const BASS::Song& song);
@@ -109,6 +129,7 @@ class AppStream : public BASS::Stream {
     std::chrono::milliseconds m_lostAt{0}; ///< steady, begin of the last outage; 0: there was none
     std::chrono::milliseconds m_connectedAt{0};
     int m_reconnectAttempt = 0;
+    BASS::TimeShift m_shift;
     QTimer m_reconnectTimer;
     QTimer m_infoTimer;
     std::atomic<unsigned> m_splitDelayMs{0}; ///< the station's own
@@ -117,6 +138,8 @@ class AppStream : public BASS::Stream {
     BASS::Song m_publishedSong;
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
+    BASS::StreamRecorder m_originals;
     BASS::ChannelEncoder m_encoder;
     std::atomic<bool> m_isRecorderOn{false};
+    bool m_isRecordingPaused = false;
 };

@@ -1,5 +1,6 @@
 #include "engine/channel_encoder.h"
 
+#include "base/clock.h"
 #include "base/log.h"
 #include "recording/encoded_session.h"
 #include "recording/stream_recorder.h"
@@ -38,24 +39,34 @@ ChannelEncoder::~ChannelEncoder() {
 
 void ChannelEncoder::start(const RecordingOptions& options, const Song& song, DWORD channel) {
     m_recorder.startEncoded(options);
+    m_watch.start();
+    bool hasBegun = true;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_options = options;
         m_song = song;
+        m_awaited.reset();
         m_isActive = true;
+        m_isPaused = false;
+        m_isBetween = false;
         m_leaving.clear();
         m_unwanted = 0;
+        if (channel != 0)
+            hasBegun = begin(channel);
     }
-    m_watch.start();
-    if (channel != 0)
-        begin(channel);
+    if (!hasBegun)
+        stop();
 }
 
-void ChannelEncoder::begin(DWORD channel) {
+/// False: no encoder; the recorder knows why.
+bool ChannelEncoder::begin(DWORD channel) {
     EncoderRequest request;
     request.channel = channel;
     request.encoder = m_options.encoder;
     request.bitrate = m_options.encodingBitrate;
+    request.mode = m_options.encodingMode;
+    request.params = m_options.encoderParams;
+    request.userArguments = m_options.encoderArguments;
     request.proc = &ChannelEncoder::onBytes;
     request.user = this;
     request.outputPath = m_options.folder;
@@ -63,31 +74,48 @@ void ChannelEncoder::begin(DWORD channel) {
     const auto started = startEncoder(m_library, request);
     if (const auto* const error = std::get_if<RecordingError>(&started)) {
         m_recorder.feedEncoded([error = *error](EncodedSession& files) { files.fail(error); }, 0);
-        stop();
-        return;
+        return false;
     }
-    const HENCODE encoder = std::get<HENCODE>(started);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_holder.setEncoder(encoder);
+    m_holder.setEncoder(std::get<HENCODE>(started));
+    if (m_isPaused)
+        m_library.Encode_SetPaused(m_holder.encoder(), true);
+    nameFile(m_holder.encoder(), m_song);
+    m_fileBegan = SystemClock().steady();
+    return true;
+}
+
+void ChannelEncoder::nameFile(HENCODE encoder, const Song& song) {
     m_recorder.feedEncoded(
-        [encoder, song = m_song](EncodedSession& files) { files.beginFile(encoder, song); }, 0);
+        [encoder, song](EncodedSession& files) { files.beginFile(encoder, song); }, 0);
 }
 
 void ChannelEncoder::setChannel(DWORD channel) {
-    if (!isActive())
-        return;
-    const HENCODE encoder = m_holder.encoder();
-    if (encoder == 0) {
-        begin(channel);
-        return;
+    bool hasBegun = true;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_isActive)
+            return;
+        m_isBetween = false;
+        if (m_holder.encoder() == 0)
+            hasBegun = begin(channel);
+        else
+            moveTo(channel);
     }
+    if (!hasBegun)
+        stop();
+}
+
+void ChannelEncoder::moveTo(DWORD channel) {
     m_recorder.feedEncoded([](EncodedSession& files) { files.connectionBack(); }, 0);
-    if (!m_library.Encode_SetChannel(encoder, channel))
+    if (!m_library.Encode_SetChannel(m_holder.encoder(), channel))
         qCWarning(lcEngine, "encoder lost its channel error=%d", m_library.ErrorGetCode());
+    if (const auto song = std::exchange(m_awaited, std::nullopt))
+        cutBefore(*song);
 }
 
 void ChannelEncoder::setPaused(bool isPaused) {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    m_isPaused = isPaused;
     if (m_isActive && m_holder.encoder() != 0)
         m_library.Encode_SetPaused(m_holder.encoder(), isPaused);
 }
@@ -114,31 +142,59 @@ bool ChannelEncoder::isActive() const {
     return m_isActive;
 }
 
+// --- network thread
+
+void ChannelEncoder::connectionEnded() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_isBetween = m_isActive && m_holder.encoder() != 0;
+}
+
 void ChannelEncoder::cutAt(const Song& song) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const HENCODE old = m_holder.encoder();
-    const bool isCut = m_isActive && m_options.mode != RecordMode::NoSplit && m_unwanted == 0;
+    if (!m_isActive || m_unwanted != 0)
+        return;
+    if (m_options.mode == RecordMode::NoSplit) {
+        m_song = song;
+        m_recorder.feedEncoded([song](EncodedSession& files) { files.noteTitle(song); }, 0);
+    } else if (m_holder.encoder() == 0)
+        m_song = song;
+    else if (m_isBetween)
+        m_awaited = song; // its place is one of a channel that this encoder is not on
+    else
+        cutBefore(song);
+}
+
+void ChannelEncoder::cutBefore(const Song& song) {
+    // a station that comes back says again what it plays
+    if (song.track == m_song.track)
+        return;
     const bool isLast = m_options.mode == RecordMode::SingleSong && !m_song.isEmpty();
-    if (!isCut)
-        return;
     m_song = song;
-    if (old == 0)
-        return;
+    const HENCODE old = m_holder.encoder();
     const auto position = static_cast<QWORD>(std::max<qint64>(0, song.position));
-    const HENCODE next =
-        m_library.Encode_CutAt(old, position, delayOf(m_options), &ChannelEncoder::onBytes, this);
-    // 0: one cut is waited for already; its file gets the newest name
-    const HENCODE named = next != 0 ? next : old;
-    if (next != 0) {
-        m_leaving.insert(old);
-        m_holder.cutTo(next);
-    }
-    if (isLast && next != 0) {
-        m_unwanted = next;
+    const HENCODE next = goOnInNext(position, delayOf(m_options));
+    if (next == 0) {
+        // one cut is waited for already; its file gets the newest name
+        nameFile(old, song);
         return;
     }
-    m_recorder.feedEncoded([named, song](EncodedSession& files) { files.beginFile(named, song); },
-                           0);
+    if (isLast)
+        m_unwanted = next;
+    else
+        nameFile(next, song);
+}
+
+/// 0: a cut is waited for already.
+HENCODE ChannelEncoder::goOnInNext(QWORD position, DWORD delayMs) {
+    const HENCODE old = m_holder.encoder();
+    const HENCODE next =
+        m_library.Encode_CutAt(old, position, delayMs, &ChannelEncoder::onBytes, this);
+    if (next == 0)
+        return 0;
+    m_leaving.insert(old);
+    m_holder.cutTo(next);
+    m_fileBegan = SystemClock().steady();
+    return next;
 }
 
 // --- an encoder's thread
@@ -189,13 +245,37 @@ void ChannelEncoder::ended(HENCODE encoder) {
         QMetaObject::invokeMethod(this, &ChannelEncoder::stop, Qt::QueuedConnection);
 }
 
-/// A library that does not tell the end of an encoder is asked.
 void ChannelEncoder::check() {
-    const HENCODE encoder = m_holder.encoder();
-    if (!isActive() || encoder == 0 || m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
-        return;
-    m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); }, 0);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_isActive || m_holder.encoder() == 0)
+            return;
+        if (!hasStopped()) {
+            splitByTime();
+            return;
+        }
+    }
     stop();
+}
+
+/// A library that does not tell the end of an encoder is asked.
+bool ChannelEncoder::hasStopped() {
+    const HENCODE encoder = m_holder.encoder();
+    if (m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
+        return false;
+    m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); }, 0);
+    return true;
+}
+
+/// Parts of a recording that is not split by its titles, to the second of the watch.
+void ChannelEncoder::splitByTime() {
+    const bool isWanted = m_options.mode == RecordMode::NoSplit && m_options.splitEvery.count() > 0;
+    if (!isWanted || m_isPaused || m_isBetween ||
+        SystemClock().steady() - m_fileBegan < m_options.splitEvery)
+        return;
+    constexpr QWORD kAtOnce = 0; // every place that has been decoded is behind it
+    if (const HENCODE next = goOnInNext(kAtOnce, 0); next != 0)
+        nameFile(next, m_song);
 }
 
 } // namespace BASS

@@ -6,8 +6,10 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <set>
 
 namespace BASS {
@@ -41,8 +43,11 @@ class ChannelEncoder final : public QObject {
     void stop();
     [[nodiscard]] bool isActive() const;
 
-    /// Network thread: a new track begins at the song's position.
+    // --- network thread
+    /// A new track begins at the song's position.
     void cutAt(const Song& song);
+    /// Titles that come from now on count from the beginning of the next channel.
+    void connectionEnded();
 
   private:
     static void onBytes(HENCODE encoder, DWORD channel, const void* data, DWORD size, void* user);
@@ -50,18 +55,32 @@ class ChannelEncoder final : public QObject {
         HENCODE encoder, DWORD channel, const void* data, DWORD size, QWORD offset, void* user);
     void bytesCame(HENCODE encoder, const void* data, DWORD size);
     void ended(HENCODE encoder);
-    void begin(DWORD channel);
     void check();
+
+    // with the mutex held
+    [[nodiscard]] bool begin(DWORD channel);
+    [[nodiscard]] bool hasStopped();
+    void splitByTime();
+    HENCODE goOnInNext(QWORD position, DWORD delayMs);
+    void moveTo(DWORD channel);
+    void cutBefore(const Song& song);
+    void nameFile(HENCODE encoder, const Song& song);
 
     AudioLibrary& m_library;
     StreamRecorder& m_recorder;
     const std::function<QString(int)> m_errorText;
     QTimer m_watch;
-    mutable std::mutex m_mutex; ///< guards what follows
+    /// Guards what follows. Held while the library starts, cuts or stops an encoder, none of which
+    /// waits for a callback; never held by who frees a channel, which does.
+    mutable std::mutex m_mutex;
     EncoderHolder m_holder;
     RecordingOptions m_options;
     Song m_song;
+    std::chrono::milliseconds m_fileBegan{0}; ///< steady
+    std::optional<Song> m_awaited; ///< came with a connection whose channel is not encoded yet
     bool m_isActive = false;
+    bool m_isPaused = false;
+    bool m_isBetween = false;    ///< the connection has ended, its channel is still encoded
     std::set<HENCODE> m_leaving; ///< end by a cut
     HENCODE m_unwanted = 0;      ///< begins where a single song ends
 };

@@ -1,5 +1,6 @@
 #include "engine/stream.h"
 
+#include "base/clock.h"
 #include "base/log.h"
 #include "engine/engine_events.h"
 #include "engine/metadata_fields.h"
@@ -55,6 +56,7 @@ void Stream::setStation(const StationRecord& station) {
     m_stationName = station.name;
     m_headers = {};
     m_arrivedSong = {};
+    m_damper.reset();
 }
 
 // --- connecting
@@ -154,9 +156,13 @@ void Stream::titleArrived(const StreamTitle& title) {
         if (!song || (title.tagType == BASS_TAG_HLS_EXTINF && m_hasOwnTitles))
             return;
         song->position = static_cast<qint64>(title.position);
-        isNew = isNewTrack(m_arrivedSong, *song, {m_stationName, m_headers.name});
-        if (isNew)
+        const auto now = SystemClock().steady();
+        isNew = isNewTrack(m_arrivedSong, *song, {m_stationName, m_headers.name}) &&
+                !m_damper.isInterjection(song->track, now);
+        if (isNew) {
             m_arrivedSong = *song;
+            m_damper.accept(song->track, now);
+        }
     }
     if (isNew)
         OnSplitFile(*song);

@@ -2,15 +2,18 @@
 
 #include "base/log.h"
 
+#include <utility>
+
 namespace BASS {
 
-BufferMemory::BufferMemory(qint64 bytes, const QString& name)
-    : m_data(static_cast<char*>(std::malloc(static_cast<std::size_t>(bytes)))), m_size(bytes) {
-    if (isValid())
-        qCInfo(lcRecording).nospace().noquote()
-            << "CRecording::Record CreateFileMapping name=" << name << " size=" << bytes;
+BufferMemory::BufferMemory(qint64 bytes, const QString& name) {
+    qCInfo(lcRecording).nospace().noquote()
+        << "CRecording::Record CreateFileMapping name=" << name << " size=" << bytes;
+    Result<NamedMapping> made = NamedMapping::create(name, bytes);
+    if (made)
+        m_mapping.emplace(std::move(made.value()));
     else
-        qCWarning(lcRecording).noquote() << "Could not create file mapping object " << name;
+        qCWarning(lcRecording).noquote() << made.error();
 }
 
 } // namespace BASS

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/named_mapping.h"
+
 #include <QString>
 
-#include <cstdlib>
-#include <memory>
+#include <optional>
 
 namespace BASS {
 
@@ -11,19 +12,15 @@ namespace BASS {
 /// memory; all of it is given back when it goes. One thread at a time.
 class BufferMemory final {
   public:
-    /// `name`: for the log. Check isValid(): the system may refuse.
+    /// `name`: see NamedMapping. Check isValid(): the system may refuse.
     BufferMemory(qint64 bytes, const QString& name);
 
-    [[nodiscard]] bool isValid() const { return m_data != nullptr; }
-    [[nodiscard]] char* data() const { return m_data.get(); }
-    [[nodiscard]] qint64 size() const { return m_size; }
+    [[nodiscard]] bool isValid() const { return m_mapping.has_value(); }
+    [[nodiscard]] char* data() const { return m_mapping ? m_mapping->data() : nullptr; }
+    [[nodiscard]] qint64 size() const { return m_mapping ? m_mapping->size() : 0; }
 
   private:
-    struct Free {
-        void operator()(char* data) const { std::free(data); }
-    };
-    std::unique_ptr<char, Free> m_data;
-    qint64 m_size;
+    std::optional<NamedMapping> m_mapping;
 };
 
 } // namespace BASS

@@ -63,6 +63,28 @@ QString aacArguments(const ExternalEncoding& encoding, int rate, int channels) {
                         QStringLiteral("-b%1").arg(kilobits(encoding.bitrate)));
 }
 
+/// The user's own arguments stand for the choice of quality; what tells the format of the samples
+/// must be right and stays.
+QString oggArguments(const ExternalEncoding& encoding, int rate, int channels) {
+    const QString choice = encoding.userArguments.isEmpty()
+                               ? QStringLiteral("-b %1").arg(kilobits(encoding.bitrate))
+                               : encoding.userArguments;
+    return choice + QStringLiteral(" -B %1 -C %2 -R %3")
+                        .arg(QString::number(encoding.bitsPerSample),
+                             QString::number(channels),
+                             QString::number(rate));
+}
+
+QString flacArguments(const ExternalEncoding& encoding, int rate, int channels) {
+    const QString choice = encoding.userArguments.isEmpty()
+                               ? QStringLiteral("--compression-level-0")
+                               : encoding.userArguments;
+    return choice + QStringLiteral(" --channels=%1 --bps=%2 --sample-rate=%3")
+                        .arg(QString::number(channels),
+                             QString::number(encoding.bitsPerSample),
+                             QString::number(rate));
+}
+
 } // namespace
 
 CEncoderParams::CEncoderParams(int encoder)
@@ -238,6 +260,31 @@ QString encoderExtension(int encoder, bool isDotted) {
     return isDotted ? QLatin1Char('.') + name() : name();
 }
 
+bool isEncoderOutput(int encoder, const QByteArray& bytes) {
+    constexpr int kSyncByte = 0xFF;
+    constexpr int kSyncBits = 0xE0; // of the second byte: eleven bits of one in all
+    const auto byte = [&bytes](int at) {
+        return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
+    };
+    const bool isFrame = byte(0) == kSyncByte && (byte(1) & kSyncBits) == kSyncBits;
+    switch (encoder) {
+    case EncoderMp3:
+        return isFrame || bytes.startsWith("ID3");
+    case EncoderWma:
+        return bytes.startsWith("\x30\x26\xB2\x75");
+    case EncoderOgg:
+    case EncoderFlacOgg:
+        return bytes.startsWith("OggS");
+    case EncoderFlac:
+        return bytes.startsWith("fLaC");
+    case EncoderAacPlus:
+    case EncoderAac: // ADTS, ADIF or MP4
+        return isFrame || bytes.startsWith("ADIF") || bytes.mid(4, 4) == "ftyp";
+    default:
+        return true;
+    }
+}
+
 QString externalArguments(int encoder, const ExternalEncoding& encoding) {
     const int rate = encoding.sampleRate > 0 ? encoding.sampleRate : kSampleRate;
     const int channels = encoding.channels > 0 ? encoding.channels : kChannels;
@@ -247,17 +294,10 @@ QString externalArguments(int encoder, const ExternalEncoding& encoding) {
     case EncoderAacPlus:
         return aacPlusArguments(encoding);
     case EncoderOgg:
-        return QStringLiteral("-b %1 -B %2 -C %3 -R %4")
-            .arg(kilobits(encoding.bitrate))
-            .arg(encoding.bitsPerSample)
-            .arg(channels)
-            .arg(rate);
+        return oggArguments(encoding, rate, channels);
     case EncoderFlac:
     case EncoderFlacOgg:
-        return QStringLiteral("--compression-level-0 --channels=%1 --bps=%2 --sample-rate=%3")
-                   .arg(channels)
-                   .arg(encoding.bitsPerSample)
-                   .arg(rate) +
+        return flacArguments(encoding, rate, channels) +
                (encoder == EncoderFlacOgg ? QStringLiteral(" --ogg") : QString());
     case EncoderAac:
         return aacArguments(encoding, rate, channels);

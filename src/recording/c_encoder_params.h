@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace BASS {
@@ -67,6 +68,9 @@ QString encoderProgram(int encoder);
 /// The extension of an encoder's files, "mp3" for every code that it does not know: so also for
 /// AAC, deliberately. `isDotted`: with a leading ".".
 QString encoderExtension(int encoder, bool isDotted);
+
+/// False where a file's first bytes cannot be what the encoder of this code gives out.
+bool isEncoderOutput(int encoder, const QByteArray& bytes);
 
 /// What an external encoder is told; it reads 16-bit PCM from its standard input.
 struct ExternalEncoding {

@@ -4,6 +4,8 @@
 #include "recording/c_encoder_params.h"
 #include "recording/recording_path.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace BASS {
@@ -43,13 +45,25 @@ void EncodedSession::append(quint32 encoder, const QByteArray& bytes) {
         file.waiting += bytes;
         return;
     }
-    if (!file.recording.isOpen())
+    if (!file.recording.isOpen() && isAudio(bytes))
         open(file);
     if (m_isOver)
         return;
     file.recording.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                           static_cast<std::size_t>(bytes.size()));
     check(file);
+}
+
+/// An external program may write anything. What no player could open makes no file.
+bool EncodedSession::isAudio(const QByteArray& bytes) {
+    if (isEncoderOutput(m_options.encoder, bytes))
+        return true;
+    fail(
+        {RecordingErrorKind::EncoderStopped,
+         recordingErrorText(RecordingErrorKind::EncoderStopped),
+         QCoreApplication::translate("BASS::EncodedSession",
+                                     "What the encoder gives out is not the audio it should be.")});
+    return false;
 }
 
 void EncodedSession::open(File& file) {
@@ -136,6 +150,15 @@ void EncodedSession::close() {
 void EncodedSession::check(const File& file) {
     if (file.recording.failure())
         fail(RecordingError(*file.recording.failure()));
+}
+
+void EncodedSession::noteTitle(const Song& song) {
+    const File* const file = newestOpen();
+    if (m_isOver || file == nullptr)
+        return;
+    m_log.tracks.append({song, m_clock.now(), file->recording.path(), duration(*file)});
+    m_listener.titleRecorded(m_log.tracks.last());
+    m_listener.logChanged(m_log);
 }
 
 void EncodedSession::connectionLost() {

@@ -30,6 +30,8 @@ class EncodedSession final : public WriterSession {
     void rewrite(quint32 encoder, qint64 offset, const QByteArray& bytes);
     /// `hasFailed`: by itself; the recording ends.
     void endFile(quint32 encoder, bool hasFailed);
+    /// A title inside the file that goes on.
+    void noteTitle(const Song& song);
     void connectionLost();
     void connectionBack();
     void flush() override;
@@ -54,6 +56,7 @@ class EncodedSession final : public WriterSession {
     void open(File& file);
     void closeFile(File& file);
     void check(const File& file);
+    bool isAudio(const QByteArray& bytes);
     [[nodiscard]] std::chrono::milliseconds duration(const File& file) const;
     File* newestOpen();
 

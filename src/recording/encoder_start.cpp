@@ -8,7 +8,9 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace BASS {
@@ -16,6 +18,9 @@ namespace {
 
 constexpr int kQualities = 9;   ///< MP3 settings up to it are qualities
 constexpr int kSameBitrate = 8; ///< kbit/s; what stations tell is rounded
+constexpr int kUsualQuality = 4;
+constexpr int kBestWma = 98;
+constexpr int kHighestKbit = 320;
 
 /// The quality of Ogg Vorbis that gives about this bitrate (44.1 kHz stereo).
 double vorbisQuality(int kbit) {
@@ -35,6 +40,18 @@ double vorbisQuality(int kbit) {
             return quality;
     }
     return -1;
+}
+
+/// The quality of a variable bitrate that comes out near this one.
+int mp3Quality(int kbit) {
+    constexpr std::array<int, 9> kAverages{245, 225, 190, 175, 165, 130, 115, 100, 85};
+    int quality = 0;
+    for (const int average : kAverages) {
+        if (kbit >= average)
+            return quality;
+        ++quality;
+    }
+    return quality;
 }
 
 const char* encoderName(int encoder) {
@@ -90,6 +107,38 @@ HENCODE startBuiltIn(AudioLibrary& library, const EncoderRequest& request, const
     }
 }
 
+/// WMA is encoded at a rate that its encoder offers for the stream.
+QString wmaArguments(AudioLibrary& library, const EncoderRequest& request) {
+    CEncoderParams params = encoderParams(request.encoder, request.bitrate, request.mode);
+    params.parse(request.params);
+    BASS_CHANNELINFO info{};
+    if (library.ChannelGetInfo(request.channel, &info) && info.freq > 0) {
+        params.sampleRate = static_cast<int>(info.freq);
+        params.channels = info.chans == 1 ? 1 : 2;
+    }
+    const auto freq = static_cast<DWORD>(params.sampleRate);
+    const auto chans = static_cast<DWORD>(params.channels);
+    if (params.mode == EncoderMode::VariableBitrate) {
+        const DWORD* const rates = library.WMA_EncodeGetRates(freq, chans, BASS_WMA_ENCODE_VBR);
+        if (const DWORD rate = nearestRate(rates, static_cast<DWORD>(params.quality)); rate != 0)
+            params.quality = rate;
+    } else {
+        const DWORD* const rates =
+            library.WMA_EncodeGetRates(freq, chans, BASS_WMA_ENCODE_STANDARD);
+        if (const DWORD rate = nearestRate(rates, static_cast<DWORD>(params.bitrate())); rate != 0)
+            params.setBitrate(static_cast<int>(rate));
+    }
+    return params.arguments();
+}
+
+QString builtInArguments(AudioLibrary& library, const EncoderRequest& request) {
+    if (request.encoder == EncoderWma)
+        return wmaArguments(library, request);
+    return request.params.isEmpty()
+               ? encoderArguments(request.encoder, request.bitrate, request.mode)
+               : request.params;
+}
+
 ExternalEncoding externalEncoding(AudioLibrary& library, const EncoderRequest& request) {
     ExternalEncoding encoding;
     BASS_CHANNELINFO info{};
@@ -100,6 +149,7 @@ ExternalEncoding externalEncoding(AudioLibrary& library, const EncoderRequest& r
         qCInfo(lcRecording) << "CBass::GetEncoderFlags ChannelInfo bits=" << encoding.bitsPerSample;
     }
     encoding.bitrate = request.bitrate;
+    encoding.userArguments = request.userArguments;
     return encoding;
 }
 
@@ -117,24 +167,45 @@ HENCODE startExternal(AudioLibrary& library, const EncoderRequest& request) {
 
 } // namespace
 
-QString encoderArguments(int encoder, int bitrate) {
+CEncoderParams encoderParams(int encoder, int bitrate, EncoderMode mode) {
     CEncoderParams params(encoder);
     const bool isQuality = encoder == EncoderMp3 && bitrate > 0 && bitrate <= kQualities;
     const int kbit = bitrate >= 1000 ? bitrate / 1000 : bitrate;
-    if (isQuality || (encoder == EncoderMp3 && bitrate < 1)) {
+    const bool isVariable = mode == EncoderMode::VariableBitrate;
+    if (encoder == EncoderMp3 && (isQuality || bitrate < 1 || isVariable)) {
         params.mode = EncoderMode::VariableBitrate;
-        params.quality = isQuality ? bitrate : 4;
+        params.quality = isQuality ? bitrate : bitrate < 1 ? kUsualQuality : mp3Quality(kbit);
     } else if (encoder == EncoderOgg) {
         params.mode = EncoderMode::Quality;
-        params.quality = bitrate > 0 ? vorbisQuality(kbit) : 4;
+        params.quality = bitrate > 0 ? vorbisQuality(kbit) : kUsualQuality;
     } else if (encoder == EncoderFlac || encoder == EncoderFlacOgg) {
         params.mode = EncoderMode::Compression;
         params.quality = 5;
-    } else if (bitrate > 0) {
-        params.setBitrate(bitrate);
+    } else if (encoder == EncoderWma && isVariable) {
+        params.mode = EncoderMode::VariableBitrate;
+        params.quality = std::clamp(kbit * kBestWma / kHighestKbit, 1, kBestWma);
+    } else {
+        if (encoder == EncoderMp3)
+            params.mode = mode;
+        if (bitrate > 0)
+            params.setBitrate(bitrate);
     }
-    const QString text = params.arguments();
+    return params;
+}
+
+QString encoderArguments(int encoder, int bitrate, EncoderMode mode) {
+    const QString text = encoderParams(encoder, bitrate, mode).arguments();
     return encoder == EncoderFlacOgg ? text + QStringLiteral(" --ogg") : text;
+}
+
+DWORD nearestRate(const DWORD* rates, DWORD wish) {
+    DWORD best = 0;
+    const auto distance = [wish](DWORD rate) { return rate > wish ? rate - wish : wish - rate; };
+    for (; rates != nullptr && *rates != 0; ++rates) {
+        if (best == 0 || distance(*rates) < distance(best))
+            best = *rates;
+    }
+    return best;
 }
 
 QStringList encoderProgramNames(int encoder) {
@@ -186,8 +257,7 @@ bool isSameAsEncoded(int encoder, int bitrate, DWORD channelType, int streamBitr
 
 std::variant<HENCODE, RecordingError> startEncoder(AudioLibrary& library,
                                                    const EncoderRequest& request) {
-    const QString text =
-        QDir::toNativeSeparators(encoderArguments(request.encoder, request.bitrate));
+    const QString text = QDir::toNativeSeparators(builtInArguments(library, request));
     HENCODE handle = startBuiltIn(library, request, text);
     const int code = library.ErrorGetCode(); // the reason, before anything else is asked
     if (handle == 0)

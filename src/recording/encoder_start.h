@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/audio_library.h"
+#include "recording/c_encoder_params.h"
 #include "recording/recording_types.h"
 
 #include <QStringList>
@@ -10,9 +11,14 @@
 
 namespace BASS {
 
-/// The argument string of the built-in encoder for a setting: kbit/s, or for MP3 1 to 9 as a
-/// quality. Empty for codes without one.
-QString encoderArguments(int encoder, int bitrate);
+/// The parameters of the built-in encoder for a setting: kbit/s, or for MP3 1 to 9 as a quality.
+/// `mode`: one of the three with a bitrate; encoders that have no choice keep to their own.
+CEncoderParams encoderParams(int encoder, int bitrate, EncoderMode mode);
+/// Their argument string; empty for codes without one.
+QString encoderArguments(int encoder, int bitrate, EncoderMode mode = EncoderMode::ConstantBitrate);
+
+/// The one of the rates on offer (bit/s, ended by 0) that is nearest to a wish. 0: there is none.
+DWORD nearestRate(const DWORD* rates, DWORD wish);
 
 /// Names under which an external encoder may be found, the best first; without the ending that a
 /// system gives its programs.
@@ -29,6 +35,9 @@ struct EncoderRequest {
     DWORD channel = 0;
     int encoder = 0; ///< code
     int bitrate = 0; ///< as in the settings
+    EncoderMode mode = EncoderMode::ConstantBitrate;
+    QString params;        ///< see RecordingOptions
+    QString userArguments; ///< see RecordingOptions
     ENCODEPROC* proc = nullptr;
     void* user = nullptr;
     QString outputPath; ///< for messages

@@ -2,7 +2,10 @@
 
 #include "base/log.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <vector>
 
@@ -13,9 +16,11 @@ namespace {
 constexpr qint64 kLeadBytes = 65536;
 constexpr std::size_t kMostMarks = 1000;
 
+/// Other instances have buffers of their own, and the name must be free.
 QString mappingName() {
-    static int count = 0;
-    return QStringLiteral("map_%1").arg(++count);
+    static std::atomic<int> count{0};
+    return QStringLiteral("map_%1").arg(QStringLiteral("%1_%2").arg(
+        QString::number(QCoreApplication::applicationPid()), QString::number(++count)));
 }
 
 /// The places of the buffer's titles, the newest last.

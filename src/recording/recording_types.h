@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recording/c_encoder_params.h"
 #include "recording/session_log.h"
 #include "stations/song.h"
 
@@ -44,14 +45,19 @@ struct RecordingOptions {
     /// Stream time from the title to the cut; negative: the cut lies before the title. Up to 200 ms
     /// either way are none.
     std::chrono::milliseconds splitDelay{0};
-    std::chrono::minutes splitEvery{0}; ///< of stream time, without splitting by titles; 0: never
+    std::chrono::seconds splitEvery{0}; ///< of stream time, without splitting by titles; 0: never
     bool isFileReused = true;           ///< false: a new file begins behind every lost connection
     qint64 minFreeBytes = 0;            ///< the recording ends where the disk has less; 0: no limit
     int encoder = 0;                    ///< 0: the stream's own data
     int encodingBitrate = 0;            ///< kbit/s; MP3: 1 to 9 is a quality
-    bool isSameKept = false;   ///< a stream that is what would be encoded is written as it comes
-    bool hasTags = false;      ///< finished files get tags
-    bool hasTrackList = false; ///< a track list, and a log of gaps, are kept beside the files
+    EncoderMode encodingMode = EncoderMode::ConstantBitrate; ///< where the encoder has it
+    QString encoderParams;       ///< as CEncoderParams builds them; empty: from bitrate and mode
+    QString encoderArguments;    ///< the user's own, for an external program; empty: the usual ones
+    bool isM4aUsed = false;      ///< AAC streams become M4A files
+    bool isOriginalKept = false; ///< the stream's own data goes beside what is encoded
+    bool isSameKept = false;     ///< a stream that is what would be encoded is written as it comes
+    bool hasTags = false;        ///< finished files get tags
+    bool hasTrackList = false;   ///< a track list, and a log of gaps, are kept beside the files
     TrackListOptions trackList;
     bool isTitleListKept = false; ///< every title is added to "tracks.txt" in the folder
     QString address;              ///< of the stream, without user and password

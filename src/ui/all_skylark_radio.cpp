@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 #include "base/log.h"
+#include "engine/engine_events.h"
 #include "stations/played_stations.h"
 #include "ui/announcer.h"
 #include "ui/commands.h"
@@ -235,6 +236,7 @@ void AllSkylarkRadio::restore() {
     const int page = settings.lastPage();
     m_navigation->setCurrentPage(page >= 0 && page < m_stack->count() ? page : 0);
     m_bar->showVolume(m_volume->volume(), m_volume->isMuted());
+    m_bar->setPauseButtonShown(settings.isPauseButtonShown());
     showHeard();
     showRecording();
     if (!m_services.played.stations().isEmpty()) {
@@ -346,7 +348,16 @@ void AllSkylarkRadio::songChanged(const BASS::Song& song) {
 
 void AllSkylarkRadio::showRecording() {
     const bool isRecording = m_record->isRecording();
-    m_bar->showRecording(isRecording, m_record->progress());
+    const bool isPaused = m_record->isPaused();
+    m_bar->showRecording({isRecording,
+                          isPaused,
+                          m_record->progress(),
+                          m_services.settings.isRecordButtonSplitting()});
+    if (isRecording && isPaused != m_wasPaused) {
+        announce(
+            m_bar, isPaused ? tr("Recording paused") : tr("Recording resumed"), Urgency::Alert);
+    }
+    m_wasPaused = isPaused;
     if (isRecording != m_wasRecording) {
         m_wasRecording = isRecording;
         announce(
@@ -380,6 +391,37 @@ void AllSkylarkRadio::askAndQuit() {
         hide();
         finishAndQuit();
     }
+}
+
+bool AllSkylarkRadio::event(QEvent* event) {
+    if (event->type() == static_cast<QEvent::Type>(BASS::kSplitEvent)) {
+        m_record->cutMade(static_cast<BASS::SplitEvent*>(event)->song());
+        return true;
+    }
+    return QMainWindow::event(event);
+}
+
+void AllSkylarkRadio::askAboutBoost(const QString& question,
+                                    const std::function<void(bool)>& answered) {
+    auto* box = new QMessageBox(QMessageBox::Question,
+                                QStringLiteral("Wavelark"),
+                                question,
+                                QMessageBox::Yes | QMessageBox::No,
+                                this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QDialog::finished, this, [answered](int button) {
+        answered(button == QMessageBox::Yes);
+    });
+    box->open();
+}
+
+void AllSkylarkRadio::setBoost(std::function<bool()> isOn, std::function<void(bool)> setOn) {
+    m_record->setBoostControl(
+        {std::move(isOn),
+         std::move(setOn),
+         [this](const QString& question, const std::function<void(bool)>& answered) {
+             askAboutBoost(question, answered);
+         }});
 }
 
 void AllSkylarkRadio::closeEvent(QCloseEvent* event) {
@@ -427,6 +469,8 @@ void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Prefer
     if (before.theme != after.theme) {
         WavelarkStyle::install(after.theme);
     }
+    m_bar->setPauseButtonShown(m_services.settings.isPauseButtonShown());
+    showRecording();
     checkChoices();
     emit sig_preferencesChanged();
 }

@@ -80,6 +80,9 @@ class AllSkylarkRadio : public QMainWindow {
     /// actions and closing.
     void finishAndQuit();
 
+    /// Where the engine has dynamic boost: a recording with encoding asks about it.
+    void setBoost(std::function<bool()> isOn, std::function<void(bool)> setOn);
+
   public slots:
     void slot_Init();
     void slot_connectLastStation();
@@ -97,6 +100,8 @@ class AllSkylarkRadio : public QMainWindow {
     void sig_messageShown(const Message& message);
 
   protected:
+    /// Takes the engine's cuts.
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -112,6 +117,7 @@ class AllSkylarkRadio : public QMainWindow {
     void showPage(int index);
     void showHeard();
     void showRecording();
+    void askAboutBoost(const QString& question, const std::function<void(bool)>& answered);
     void songChanged(const BASS::Song& song);
     [[nodiscard]] bool askWhileRecording();
     void showAbout();
@@ -140,4 +146,5 @@ class AllSkylarkRadio : public QMainWindow {
     PlayerBar* m_bar = nullptr;
     QTimer m_second;
     bool m_wasRecording = false;
+    bool m_wasPaused = false;
 };

@@ -42,9 +42,7 @@ Preferences AppUiSettings::preferences() const {
     now.fadeOutSeconds = m_settings.FadeOutValue();
     now.bufferMs = m_settings.BufferSize();
     now.attempts = m_settings.Retries();
-    now.recordingFolder = m_settings.AppRecordingFolder();
-    now.patternSplit = m_settings.RecPattern();
-    now.patternNoSplit = m_settings.RecPatternNoSplitting();
+    now.recording = recordingPreferences();
     now.proxy = proxySettings(m_settings);
     return now;
 }
@@ -53,6 +51,8 @@ void AppUiSettings::changePreferences(const Preferences& before, const Preferenc
     changeGeneral(before, after);
     changeTray(before.tray, after.tray);
     changeSound(before, after);
+    changeRecording(before.recording, after.recording);
+    changeEncoding(before.recording, after.recording);
     if (before.proxy != after.proxy) {
         changeProxy(after.proxy);
     }
@@ -89,11 +89,6 @@ void AppUiSettings::changeSound(const Preferences& before, const Preferences& af
     change(m_settings.FadeOutValue, before.fadeOutSeconds, after.fadeOutSeconds);
     change(m_settings.BufferSize, before.bufferMs, after.bufferMs);
     change(m_settings.Retries, before.attempts, after.attempts);
-    if (before.recordingFolder != after.recordingFolder) {
-        m_settings.SetAppRecordingFolder(after.recordingFolder);
-    }
-    change(m_settings.RecPattern, before.patternSplit, after.patternSplit);
-    change(m_settings.RecPatternNoSplitting, before.patternNoSplit, after.patternNoSplit);
 }
 
 void AppUiSettings::changeProxy(const ProxySettings& proxy) {

@@ -14,7 +14,12 @@
 namespace {
 
 constexpr qint64 kMegabyte = 1024 * 1024;
-constexpr int kBufferMegabytes = 16; ///< a quarter of an hour at 128 kbit/s
+
+BASS::EncoderMode encoderMode(int setting) {
+    return setting == 1   ? BASS::EncoderMode::VariableBitrate
+           : setting == 2 ? BASS::EncoderMode::AverageBitrate
+                          : BASS::EncoderMode::ConstantBitrate;
+}
 
 BASS::RecordMode resolved(BASS::RecordMode mode, int setting) {
     if (mode != BASS::RecordMode::FromSettings) {
@@ -81,6 +86,14 @@ bool AppUiSettings::advancedScheduling() const {
     return m_settings.AdvancedScheduling();
 }
 
+bool AppUiSettings::isRecordButtonSplitting() const {
+    return m_settings.RecButtonSplits();
+}
+
+bool AppUiSettings::isPauseButtonShown() const {
+    return m_settings.ShowPauseRecordingButton();
+}
+
 QString AppUiSettings::recordingFolder() const {
     return QDir::fromNativeSeparators(m_settings.AppRecordingFolder());
 }
@@ -115,7 +128,11 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
     options.address = QUrl(station.playUrl()).toString(QUrl::RemoveUserInfo);
     options.encoder = m_settings.EncodingStreamType();
     options.encodingBitrate = m_settings.EncodingBitrate();
+    options.encodingMode = encoderMode(m_settings.RecEncodingMode());
+    options.encoderArguments = encoderArguments(options.encoder);
     options.isSameKept = m_settings.RecKeepSameFormat();
+    options.isOriginalKept = !m_settings.RemoveOriginalFileAfterEncoding();
+    options.isM4aUsed = m_settings.UseM4AForAAC();
     options.station = {station.name, station.country, station.countryState, station.city, schedule};
     return options;
 }
@@ -130,11 +147,13 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.attempts = std::max(1, m_settings.Retries());
     engine.isPlaylistChecked = m_settings.ParsePlaylistFile();
     engine.timeoutSeconds = m_settings.TimeoutValue();
+    engine.patience = std::chrono::minutes(std::max(1, m_settings.ReconnectMinutes()));
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
     if (!m_settings.DoNotUseRecBuffer())
-        engine.recordingBufferMegabytes =
-            m_settings.RecBufferSize() > 0 ? m_settings.RecBufferSize() : kBufferMegabytes;
+        engine.recordingBufferMegabytes = m_settings.RecBufferSize() > 0
+                                              ? m_settings.RecBufferSize()
+                                              : RecordingPreferences().bufferMegabytes;
     return engine;
 }
 

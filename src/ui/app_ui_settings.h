@@ -6,6 +6,7 @@
 #include <QFont>
 
 class AppSettings;
+enum class RecordSplitting;
 
 /// The window's and the engine's preferences out of the settings store.
 ///
@@ -31,6 +32,8 @@ class AppUiSettings final : public UiSettings {
     [[nodiscard]] bool autoPlayOnStart() const override;
     [[nodiscard]] bool advancedScheduling() const override;
     [[nodiscard]] QString recordingFolder() const override;
+    [[nodiscard]] bool isRecordButtonSplitting() const override;
+    [[nodiscard]] bool isPauseButtonShown() const override;
     [[nodiscard]] BASS::RecordingOptions recordingOptions(BASS::RecordMode mode,
                                                           const BASS::StationRecord& station,
                                                           const QString& schedule) const override;
@@ -43,6 +46,13 @@ class AppUiSettings final : public UiSettings {
     void changeGeneral(const Preferences& before, const Preferences& after);
     void changeTray(const TrayOptions& before, const TrayOptions& after);
     void changeSound(const Preferences& before, const Preferences& after);
+    [[nodiscard]] RecordingPreferences recordingPreferences() const;
+    void changeRecording(const RecordingPreferences& before, const RecordingPreferences& after);
+    void changeEncoding(const RecordingPreferences& before, const RecordingPreferences& after);
+    void changeFormats(RecordSplitting splitting,
+                       const RecordingPreferences::Names& before,
+                       const RecordingPreferences::Names& after);
+    [[nodiscard]] QString encoderArguments(int encoder) const;
     void changeProxy(const ProxySettings& proxy);
 
     AppSettings& m_settings;

@@ -31,6 +31,7 @@ Commands::Commands(const Controllers& controllers,
     shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
     about = make(tr("&About Wavelark"), {}, {});
     connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);
+    connect(&controllers.player, &Player::sig_streamInfoChanged, this, &Commands::update);
     connect(&controllers.record, &RecordController::sig_changed, this, &Commands::update);
     connect(&controllers.volume, &VolumeController::sig_changed, this, &Commands::update);
     update();
@@ -53,8 +54,16 @@ void Commands::makePlay() {
     playLast = make(tr("Play &last station"),
                     QStringLiteral("history"),
                     QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    pause = make(
+        tr("P&ause"), QStringLiteral("pause"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Space));
+    goLive = make(
+        tr("&Go to live"), QStringLiteral("live"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_L));
     quit = make(tr("&Quit"), {}, QKeySequence(Qt::CTRL + Qt::Key_Q));
     connect(playStop, &QAction::triggered, &m_controllers.play, &PlayController::toggle);
+    connect(pause, &QAction::triggered, this, [this] {
+        m_controllers.player.setPaused(!m_controllers.player.streamInfo().isPaused);
+    });
+    connect(goLive, &QAction::triggered, &m_controllers.player, &Player::jumpToLive);
     connect(playLast, &QAction::triggered, &m_controllers.play, &PlayController::playLast);
 }
 
@@ -67,12 +76,16 @@ void Commands::makeRecord() {
         make(tr("Record without splitting"), {}, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_R));
     recordSingleSong =
         make(tr("Start recording single song"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_R));
+    recordKeepLast = make(tr("Keep last title"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_K));
+    recordPause = make(tr("Pause recording"), {}, QKeySequence(Qt::CTRL + Qt::ALT + Qt::Key_P));
     recordStop = make(tr("&Stop recording"), QStringLiteral("record-stop"), {});
     openRecordingFolder = make(tr("Open recording folder"),
                                QStringLiteral("folder"),
                                QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_O));
     connect(recordToggle, &QAction::triggered, &record, &RecordController::toggle);
     connect(recordStop, &QAction::triggered, &record, &RecordController::stop);
+    connect(recordKeepLast, &QAction::triggered, &record, &RecordController::keepLastTitle);
+    connect(recordPause, &QAction::triggered, &record, &RecordController::togglePaused);
     const auto starts = [this, &record](QAction* action, BASS::RecordMode mode) {
         connect(action, &QAction::triggered, this, [&record, mode] { record.start(mode); });
     };
@@ -138,6 +151,12 @@ void Commands::update() {
     const bool isActiveNow = isActive(m_controllers.player.playState());
     playStop->setText(isActiveNow ? tr("&Stop") : tr("&Play"));
     playStop->setIcon(icon(isActiveNow ? QStringLiteral("stop") : QStringLiteral("play")));
+    const StreamInfo stream = m_controllers.player.streamInfo();
+    pause->setText(stream.isPaused ? tr("&Go on") : tr("P&ause"));
+    pause->setIcon(icon(stream.isPaused ? QStringLiteral("play") : QStringLiteral("pause")));
+    const PlayState state = m_controllers.player.playState();
+    pause->setEnabled(state == PlayState::Playing || state == PlayState::Paused);
+    goLive->setEnabled(isActiveNow && stream.behindLiveMs > 0);
     const bool isRecording = m_controllers.record.isRecording();
     const bool canStart = m_controllers.record.canStart();
     recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));
@@ -149,6 +168,10 @@ void Commands::update() {
         action->setEnabled(canStart);
     }
     recordStop->setEnabled(isRecording);
+    recordKeepLast->setEnabled(m_controllers.record.canKeepLastTitle());
+    const bool isPaused = m_controllers.record.isPaused();
+    recordPause->setEnabled(isRecording);
+    recordPause->setText(isPaused ? tr("Resume recording") : tr("Pause recording"));
     const bool isMuted = m_controllers.volume.isMuted();
     mute->setChecked(isMuted);
     mute->setText(isMuted ? tr("Un&mute") : tr("&Mute"));

@@ -36,12 +36,16 @@ class Commands final : public QObject {
 
     QAction* playStop;
     QAction* playLast;
+    QAction* pause;  ///< "Pause" or "Go on", as it stands
+    QAction* goLive; ///< enabled where what is heard lies behind
     QAction* openAddress;
     QAction* quit;
     QAction* recordToggle; ///< "Record" or "Stop recording", as it stands
     QAction* recordSplit;
     QAction* recordNoSplit;
     QAction* recordSingleSong;
+    QAction* recordKeepLast;
+    QAction* recordPause; ///< "Pause recording" or "Resume recording", as it stands
     QAction* recordStop;
     QAction* openRecordingFolder;
     QAction* mute;

@@ -10,6 +10,11 @@ EnginePlayer::EnginePlayer(AppStream& engine, std::function<EngineSettings()> se
     connect(&engine, &AppStream::sig_logLine, this, &Player::sig_logLine);
     connect(&engine, &AppStream::sig_connectFailed, this, &Player::sig_connectFailed);
     connect(&engine, &AppStream::sig_recordingChanged, this, &Player::sig_recordingChanged);
+    connect(&engine, &AppStream::sig_recordingPaused, this, &Player::sig_recordingPaused);
+    connect(&engine.originals(),
+            &BASS::StreamRecorder::sig_fileFinished,
+            this,
+            &Player::sig_fileFinished);
     const BASS::StreamRecorder& recorder = engine.recorder();
     using Recorder = BASS::StreamRecorder;
     connect(&recorder, &Recorder::sig_fileOpened, this, &Player::sig_fileOpened);

@@ -19,6 +19,8 @@ class EnginePlayer final : public Player {
 
     void play(const BASS::StationRecord& station) override;
     void stop() override { m_engine.stop(); }
+    void setPaused(bool isPaused) override { m_engine.setPaused(isPaused); }
+    void jumpToLive() override { m_engine.jumpToLive(); }
     [[nodiscard]] PlayState playState() const override { return m_engine.playState(); }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_engine.station(); }
     [[nodiscard]] BASS::Song song() const override { return m_engine.song(); }
@@ -26,6 +28,11 @@ class EnginePlayer final : public Player {
     void startRecording(const BASS::RecordingOptions& options) override;
     void stopRecording() override { m_engine.stopRecording(); }
     [[nodiscard]] bool isRecording() const override { return m_engine.isRecording(); }
+    bool keepLastTitle(const BASS::RecordingOptions& options) override {
+        return m_engine.keepLastTitle(options);
+    }
+    void setRecordingPaused(bool isPaused) override { m_engine.setRecordingPaused(isPaused); }
+    [[nodiscard]] bool isRecordingPaused() const override { return m_engine.isRecordingPaused(); }
     void setVolume(int percent) override { m_engine.SetVolume(percent); }
     void setMuted(bool isMuted) override { m_engine.SetVolumeMute(isMuted); }
 

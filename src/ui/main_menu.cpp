@@ -20,6 +20,8 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     QMenu* station = add(MainMenu::tr("&Station"));
     station->addActions({commands.openAddress, commands.playStop, commands.playLast});
     station->addSeparator();
+    station->addActions({commands.pause, commands.goLive});
+    station->addSeparator();
     station->addAction(commands.quit);
 
     QMenu* recording = add(MainMenu::tr("&Recording"));
@@ -27,8 +29,10 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     recording->addSeparator();
     recording->addActions(
         {commands.recordSplit, commands.recordNoSplit, commands.recordSingleSong});
+    recording->addAction(commands.recordKeepLast);
     recording->addSeparator();
-    recording->addActions({commands.recordStop, commands.openRecordingFolder});
+    recording->addActions(
+        {commands.recordPause, commands.recordStop, commands.openRecordingFolder});
 
     QMenu* sound = add(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});

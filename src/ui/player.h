@@ -23,6 +23,11 @@ class Player : public QObject {
     /// Ends playing, a connect under way, and a recording.
     virtual void stop() = 0;
 
+    /// What a paused station sends is kept for later; see streamInfo() for how far one is behind.
+    virtual void setPaused(bool isPaused) = 0;
+    /// Goes on with what the station sends now.
+    virtual void jumpToLive() = 0;
+
     [[nodiscard]] virtual PlayState playState() const = 0;
     [[nodiscard]] virtual const BASS::StationRecord& station() const = 0;
     [[nodiscard]] virtual BASS::Song song() const = 0;
@@ -33,6 +38,12 @@ class Player : public QObject {
     /// The open file is completed; sig_recordingFinished follows.
     virtual void stopRecording() = 0;
     [[nodiscard]] virtual bool isRecording() const = 0;
+    /// Writes the title before the one that is heard to a file. False: the recording buffer does
+    /// not hold it.
+    virtual bool keepLastTitle(const BASS::RecordingOptions& options) = 0;
+    /// Nothing is written until it is resumed.
+    virtual void setRecordingPaused(bool isPaused) = 0;
+    [[nodiscard]] virtual bool isRecordingPaused() const = 0;
 
     /// 0 to 100.
     virtual void setVolume(int percent) = 0;
@@ -50,6 +61,7 @@ class Player : public QObject {
     void sig_connectFailed(const QString& message);
 
     void sig_recordingChanged(bool isRecording);
+    void sig_recordingPaused(bool isPaused);
     void sig_fileOpened(const QString& path, const BASS::Song& song);
     void sig_fileFinished(const BASS::RecordedFile& file);
     void sig_recordingProgress(const BASS::RecordingProgress& progress);

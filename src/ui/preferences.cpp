@@ -17,8 +17,8 @@ bool isPort(const QString& text) {
 } // namespace
 
 QString preferencesFault(const Preferences& preferences) {
-    if (preferences.patternSplit.trimmed().isEmpty() ||
-        preferences.patternNoSplit.trimmed().isEmpty()) {
+    if (preferences.recording.split.pattern.trimmed().isEmpty() ||
+        preferences.recording.noSplit.pattern.trimmed().isEmpty()) {
         return PreferenceFaults::tr("A file name pattern is empty. Example: %1")
             .arg(QStringLiteral("%title%\\%track%"));
     }

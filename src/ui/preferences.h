@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/application_proxy.h"
+#include "ui/recording_preferences.h"
 #include "ui/theme/theme.h"
 #include "ui/tray_options.h"
 
@@ -23,10 +24,7 @@ struct Preferences {
     int bufferMs = 6000;
     int attempts = 2; ///< to connect
 
-    // Recording
-    QString recordingFolder; ///< native separators; empty: the standard folder
-    QString patternSplit;
-    QString patternNoSplit;
+    RecordingPreferences recording;
 
     // Network
     ProxySettings proxy;

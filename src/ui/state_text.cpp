@@ -4,6 +4,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 
 struct StateText {
@@ -66,13 +68,25 @@ QString sizeText(qint64 bytes) {
     return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
 }
 
+QString remainingText(std::chrono::seconds remaining) {
+    constexpr qint64 kDay = 24 * 3600;
+    constexpr qint64 kMostDays = 9999;
+    if (remaining.count() >= 2 * kDay) {
+        const qint64 days = std::min<qint64>(remaining.count() / kDay, kMostDays);
+        return StateText::tr("room for %1 days").arg(days); // two at least
+    }
+    return StateText::tr("room for %1").arg(durationText(remaining));
+}
+
 QString recordingText(const BASS::RecordingProgress& progress) {
     // Without a translation file the source text is shown as it is, so one and many are two.
     const QString tracks = progress.files == 1
                                ? StateText::tr("1 track")
                                : StateText::tr("%n tracks", nullptr, progress.files);
-    const QStringList parts{
-        durationText(progress.fileDuration), sizeText(progress.fileBytes), tracks};
+    QStringList parts{durationText(progress.fileDuration), sizeText(progress.fileBytes), tracks};
+    if (progress.remaining.count() >= 0) {
+        parts << remainingText(progress.remaining);
+    }
     return parts.join(QStringLiteral(" · "));
 }
 

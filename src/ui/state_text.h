@@ -21,7 +21,10 @@ QString durationText(std::chrono::milliseconds duration);
 /// "2.3 MB" in the user's locale.
 QString sizeText(qint64 bytes);
 
-/// "4:05, 3.7 MB, 3 tracks": of the open file and the session so far.
+/// "room for 3:04:05", or for days.
+QString remainingText(std::chrono::seconds remaining);
+
+/// "4:05, 3.7 MB, 3 tracks, room for 3:04:05": of the open file and the session so far.
 QString recordingText(const BASS::RecordingProgress& progress);
 
 /// The whole text of an error, with the operating system's reason where there is one.

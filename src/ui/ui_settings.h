@@ -45,6 +45,9 @@ class UiSettings {
     [[nodiscard]] virtual bool autoPlayOnStart() const = 0;
     [[nodiscard]] virtual bool advancedScheduling() const = 0;
 
+    /// False: it makes one file.
+    [[nodiscard]] virtual bool isRecordButtonSplitting() const = 0;
+    [[nodiscard]] virtual bool isPauseButtonShown() const = 0;
     /// Absolute.
     [[nodiscard]] virtual QString recordingFolder() const = 0;
     /// Everything that a recording of this station needs; FromSettings is resolved.

@@ -233,6 +233,32 @@ TEST(Encode, ExternalProgramsMakeTheSameFiles) {
     }
 }
 
+/// As where a recording is stopped right at a cut: the head alone would be a broken file.
+TEST(Encode, AnEncoderWithoutAudioGivesOutNothing) {
+    const std::pair<Start, const char*> cases[] = {
+        {&AudioEncoding::Encode_MP3_Start, "--cbr -b128"},
+        {&AudioEncoding::Encode_OGG_Start, "-q5"},
+        {&AudioEncoding::Encode_FLAC_Start, ""},
+        {&AudioEncoding::Encode_FLAC_Start, "--ogg"},
+        {&AudioEncoding::Encode_AAC_Start, "-b128 --m4a"},
+        {&AudioEncoding::Encode_WMA_Start, "--cbr -b128 -s44100 -c2"},
+        {&AudioEncoding::Encode_Start, "cat"},
+    };
+    for (const auto& [how, options] : cases) {
+        SCOPED_TRACE(options);
+        Encoding encoding;
+        Listener listener;
+        AudioLibrary& library = listener.library();
+        library.SetEncodeRewriteProc(&Encoding::onRewrite);
+        const HSTREAM stream = openWaiting(listener, listener.openFile(trackPath(Track::Wav)));
+        const HENCODE encoder = start(library, how, stream, options, encoding);
+        ASSERT_NE(encoder, 0U) << library.ErrorGetCode();
+        library.Encode_StopEx(encoder, true);
+        ASSERT_TRUE(encoding.waitForEnd(encoder));
+        EXPECT_EQ(encoding.bytes(encoder), QByteArray());
+    }
+}
+
 TEST(Encode, AProgramThatDiesIsNoticedWhileTheMusicGoesOn) {
     Encoding encoding;
     Listener listener;

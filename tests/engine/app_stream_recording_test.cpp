@@ -1,99 +1,12 @@
-#include "audio/provider_loader.h"
-#include "engine/app_stream.h"
 #include "engine/engine_events.h"
-#include "support/media_tools.h"
-#include "support/test_station.h"
+#include "engine/recording_rig.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using BASS::RecordMode;
-
-constexpr int kLimitMs = 30000;
-constexpr int kBytesPerSecond = 16000;
-
-QVector<StationTrack> tones(int count, double seconds) {
-    QVector<StationTrack> tracks;
-    for (int n = 1; n <= count; ++n)
-        tracks.append({media::encodeTone({400 * n,
-                                          seconds,
-                                          {QStringLiteral("-c:a"),
-                                           QStringLiteral("libmp3lame"),
-                                           QStringLiteral("-b:a"),
-                                           QStringLiteral("128k")},
-                                          QStringLiteral("mp3"),
-                                          {}}),
-                       QByteArray("Artist - Song ") + QByteArray::number(n)});
-    return tracks;
-}
-
-/// An engine without a sound card, a station of tones, and a recording folder.
-class Rig {
-  public:
-    explicit Rig(int trackCount = 3, double seconds = 4) {
-        StationScript script;
-        script.tracks = tones(trackCount, seconds);
-        script.isLooped = true;
-        script.metaint = 1024;
-        script.speed = 1;
-        script.burst = 4 * kBytesPerSecond;
-        script.bytesPerSecond = kBytesPerSecond;
-        script.contentType = "audio/mpeg";
-        m_station.setScript(script);
-        EXPECT_TRUE(m_station.listen());
-        auto library = BASS::loadAudioProvider(QStringLiteral("wavelark_ffmpeg"),
-                                               BASS::audioProviderFolders());
-        EXPECT_TRUE(library.isOk());
-        engine = std::make_unique<AppStream>(library.value());
-        EngineSettings settings;
-        settings.outputDevice = 0;
-        settings.fadeOut = {};
-        engine->setSettings(settings);
-        options.folder = folder.path();
-        options.patternSplit = QStringLiteral("%track_or_title%");
-        options.patternNoSplit = QStringLiteral("%title%");
-        options.station.station = QStringLiteral("Tones");
-        options.encodingBitrate = 128;
-        const BASS::StreamRecorder& recorder = engine->recorder();
-        using Recorder = BASS::StreamRecorder;
-        QObject::connect(&recorder,
-                         &Recorder::sig_fileFinished,
-                         &recorder,
-                         [this](const auto& file) { files.push_back(file); });
-        QObject::connect(&recorder, &Recorder::sig_failed, &recorder, [this](const auto& error) {
-            errors.push_back(error);
-        });
-    }
-
-    void play(unsigned splitDelayMs = 0) {
-        BASS::StationRecord record = BASS::stationFromAddress(m_station.url());
-        record.splitDelayMs = splitDelayMs;
-        engine->play(record);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return engine->playState() == PlayState::Playing; },
-                                    kLimitMs));
-    }
-    void waitForFiles(std::size_t count) {
-        ASSERT_TRUE(
-            QTest::qWaitFor([&] { return files.size() >= count || !errors.empty(); }, kLimitMs));
-    }
-    void waitForEnd() {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !engine->isRecording(); }, kLimitMs));
-    }
-
-    TestStation m_station;
-    QTemporaryDir folder;
-    BASS::RecordingOptions options;
-    std::vector<BASS::RecordedFile> files;
-    std::vector<BASS::RecordingError> errors;
-    std::unique_ptr<AppStream> engine;
-};
 
 /// What the window gets of cuts.
 class CutListener final : public QObject {
@@ -227,4 +140,82 @@ TEST(AppStreamRecording, CutsAreToldAtOnceOrAfterTheStationsDelay) {
         EXPECT_NE(listener.songs.value(0), listener.songs.value(1));
         rig.engine->stop();
     }
+}
+
+TEST(AppStreamRecording, PausedPartsAreLeftOut) {
+    for (const int encoder : {0, 6}) {
+        SCOPED_TRACE(encoder);
+        Rig rig(3, 60);
+        QSignalSpy paused(rig.engine.get(), &AppStream::sig_recordingPaused);
+        rig.engine->setRecordingPaused(true);
+        EXPECT_FALSE(rig.engine->isRecordingPaused()); // nothing to pause
+        rig.play();
+        rig.options.encoder = encoder;
+        rig.options.mode = RecordMode::NoSplit;
+        rig.engine->startRecording(rig.options);
+        QSignalSpy progress(&rig.engine->recorder(), &BASS::StreamRecorder::sig_progress);
+        const auto recordMore = [&progress] {
+            progress.clear();
+            return QTest::qWaitFor([&progress] { return progress.size() >= 8; }, kLimitMs);
+        };
+        EXPECT_TRUE(recordMore());
+        rig.engine->setRecordingPaused(true);
+        const qint64 received = rig.engine->streamInfo().bytesReceived;
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return rig.engine->streamInfo().bytesReceived > received + 4 * kBytesPerSecond; },
+            kLimitMs));
+        rig.engine->setRecordingPaused(false);
+        EXPECT_TRUE(recordMore());
+        const qint64 all = rig.engine->streamInfo().bytesReceived;
+        rig.engine->stopRecording();
+        rig.waitForEnd();
+        EXPECT_EQ(paused.size(), 2);
+        ASSERT_EQ(rig.files.size(), 1U);
+        EXPECT_EQ(media::decodeErrors(rig.files[0].path), QString());
+        const double seconds = media::decodedSeconds(rig.files[0].path);
+        EXPECT_GT(seconds, 2.0);
+        EXPECT_LT(seconds, static_cast<double>(all) / kBytesPerSecond - 3.5);
+    }
+}
+
+TEST(AppStreamRecording, OriginalIsKeptBesideWhatIsEncoded) {
+    Rig rig(3, 2.5);
+    rig.play();
+    rig.options.encoder = 4;
+    rig.options.isOriginalKept = true;
+    rig.options.isMp3CutByteExact = true;
+    rig.engine->startRecording(rig.options);
+    rig.waitForFiles(2);
+    rig.engine->stopRecording();
+    rig.waitForEnd();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !rig.engine->originals().isRunning(); }, kLimitMs));
+    const QDir folder(rig.folder.filePath(QStringLiteral("Originals")));
+    const QStringList originals = folder.entryList({QStringLiteral("*.mp3")}, QDir::Files);
+    EXPECT_GE(originals.size(), 2);
+    for (const QString& name : originals) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(rig.m_station.served().first().audio.contains(file.readAll()))
+            << qPrintable(name);
+    }
+}
+
+TEST(AppStreamRecording, EncodedPartsOfAGivenLengthLoseNothing) {
+    Rig rig(3, 2);
+    rig.play();
+    rig.options.encoder = 6;
+    rig.options.mode = RecordMode::NoSplit;
+    rig.options.splitEvery = std::chrono::seconds(2);
+    rig.options.hasTrackList = true;
+    rig.engine->startRecording(rig.options);
+    rig.waitForFiles(3);
+    rig.engine->stopRecording();
+    rig.waitForEnd();
+    EXPECT_TRUE(rig.errors.empty());
+    EXPECT_GE(rig.files.size(), 3U);
+    for (const BASS::RecordedFile& file : rig.files)
+        EXPECT_EQ(media::decodeErrors(file.path), QString());
+    // in steps of the watch, which looks once a second
+    for (std::size_t n = 0; n + 1 < rig.files.size(); ++n)
+        EXPECT_NEAR(media::decodedSeconds(rig.files[n].path), 2.5, 1.2) << n;
 }

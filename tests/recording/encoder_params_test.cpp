@@ -1,4 +1,4 @@
-#include "recording/c_encoder_params.h"
+#include "recording/encoder_start.h"
 
 #include <gtest/gtest.h>
 
@@ -112,6 +112,9 @@ TEST(ExternalEncoder, CommandLines) {
     e.userArguments = QStringLiteral("-b0 -h - -");
     EXPECT_EQ(external(EncoderMp3, e), "-b128 -h - -");
     EXPECT_EQ(external(EncoderAac, e), "-b128 -h - -");
+    // what tells the format of the samples stays
+    EXPECT_EQ(external(EncoderOgg, e), "-b0 -h - - -B 16 -C 2 -R 48000");
+    EXPECT_EQ(external(EncoderFlac, e), "-b0 -h - - --channels=2 --bps=16 --sample-rate=48000");
     e.userArguments = QStringLiteral("--br 0 --he");
     EXPECT_EQ(external(EncoderAacPlus, e), "- - --silent --rawpcm 44100 2 16 --br 128000 --he");
 }
@@ -139,4 +142,60 @@ TEST(ExternalEncoder, ValuesAtTheEdges) {
     e.userArguments = QStringLiteral("--br 0");
     e.bitrate = 0;
     EXPECT_EQ(external(EncoderAacPlus, e), "- - --silent --rawpcm 44100 1 16 --br 64000");
+}
+
+TEST(EncoderArguments, FollowBitrateAndMode) {
+    const struct {
+        int encoder;
+        int bitrate;
+        EncoderMode mode;
+        const char* arguments;
+    } cases[] = {
+        {EncoderMp3, 128, EncoderMode::ConstantBitrate, "--cbr -b128"},
+        {EncoderMp3, 160, EncoderMode::AverageBitrate, "--abr 160"},
+        {EncoderMp3, 256, EncoderMode::VariableBitrate, "--vbr-new -V0"},
+        {EncoderMp3, 128, EncoderMode::VariableBitrate, "--vbr-new -V6"},
+        {EncoderMp3, 5, EncoderMode::ConstantBitrate, "--vbr-new -V5"}, // a quality, no bitrate
+        {EncoderMp3, 0, EncoderMode::ConstantBitrate, "--vbr-new -V4"},
+        {EncoderWma, 128, EncoderMode::ConstantBitrate, "--cbr -b128000 -s44100 -c2"},
+        {EncoderWma, 160, EncoderMode::VariableBitrate, "--vbr -q49 -s44100 -c2"},
+        {EncoderOgg, 128, EncoderMode::AverageBitrate, "-q4"},
+        {EncoderFlacOgg, 128, EncoderMode::ConstantBitrate, "--compression-level-5 --ogg"},
+        {EncoderAacPlus, 64, EncoderMode::ConstantBitrate, "--br 64000"},
+        {7, 128, EncoderMode::ConstantBitrate, ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(encoderArguments(c.encoder, c.bitrate, c.mode).toStdString(), c.arguments);
+}
+
+TEST(EncoderArguments, WmaTakesTheNearestRateOnOffer) {
+    const DWORD rates[] = {32000, 64000, 128000, 0};
+    EXPECT_EQ(nearestRate(rates, 1), 32000U);
+    EXPECT_EQ(nearestRate(rates, 50000), 64000U);
+    EXPECT_EQ(nearestRate(rates, 128000), 128000U);
+    EXPECT_EQ(nearestRate(rates, 999999), 128000U);
+    EXPECT_EQ(nearestRate(nullptr, 1), 0U);
+    EXPECT_EQ(nearestRate(rates + 3, 1), 0U);
+}
+
+TEST(EncoderTables, RubbishIsNoOutput) {
+    const struct {
+        int encoder;
+        QByteArray good;
+    } cases[] = {{EncoderMp3, "\xFF\xFB\x90\x64"},
+                 {EncoderMp3, "ID3\x04"},
+                 {EncoderWma, "\x30\x26\xB2\x75"},
+                 {EncoderAacPlus, "\xFF\xF1\x50\x80"},
+                 {EncoderAac,
+                  QByteArray("\0\0\0\x1C"
+                             "ftypM4A ",
+                             12)},
+                 {EncoderOgg, "OggS"},
+                 {EncoderFlac, "fLaC"},
+                 {EncoderFlacOgg, "OggS"}};
+    for (const auto& c : cases) {
+        EXPECT_TRUE(isEncoderOutput(c.encoder, c.good)) << c.encoder;
+        for (const char* const rubbish : {"Usage: lame [options]", "\xFF", "", "RIFF"})
+            EXPECT_FALSE(isEncoderOutput(c.encoder, rubbish)) << c.encoder << rubbish;
+    }
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A library that misbehaves as told: every create answers with what `onCreate` says, everything
@@ -36,6 +37,7 @@ class FakeLibrary : public BASS::AudioLibrary {
     };
     std::vector<Create> creates;
     std::vector<Slide> slides;
+    std::vector<std::pair<DWORD, BASS::EffectSettings>> effects; ///< channel, what it was given
     std::vector<BASS::BASS_DEVICEINFO> devices;
     std::vector<int> initDevices;
     std::map<DWORD, DWORD> config;
@@ -145,6 +147,10 @@ class FakeLibrary : public BASS::AudioLibrary {
     }
     bool ChannelGetAttribute(DWORD, DWORD attribute, float* value) override {
         *value = attributes[attribute];
+        return true;
+    }
+    bool ChannelSetEffects(DWORD handle, const BASS::EffectSettings& settings) override {
+        effects.emplace_back(handle, settings);
         return true;
     }
     bool ChannelSlideAttribute(DWORD, DWORD attribute, float value, DWORD time) override {

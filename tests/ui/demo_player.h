@@ -13,6 +13,7 @@ class DemoPlayer final : public Player {
     int volume = -1;
     bool isMuted = false;
     bool isSlowToFinish = false;
+    bool canKeepLast = true;
 
     void play(const BASS::StationRecord& station) override {
         calls.append(QStringLiteral("play ") + station.playUrl());
@@ -28,6 +29,19 @@ class DemoPlayer final : public Player {
         endRecording();
         m_song = {};
         setState(PlayState::Stopped);
+    }
+    void setPaused(bool isPaused) override {
+        calls.append(isPaused ? QStringLiteral("pause station") : QStringLiteral("go on"));
+        m_info.isPaused = isPaused;
+        setState(isPaused ? PlayState::Paused : PlayState::Playing);
+        emit sig_streamInfoChanged(m_info);
+    }
+    void jumpToLive() override {
+        calls.append(QStringLiteral("live"));
+        m_info.isPaused = false;
+        m_info.behindLiveMs = 0;
+        setState(PlayState::Playing);
+        emit sig_streamInfoChanged(m_info);
     }
     [[nodiscard]] PlayState playState() const override { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_station; }
@@ -45,6 +59,17 @@ class DemoPlayer final : public Player {
         endRecording();
     }
     [[nodiscard]] bool isRecording() const override { return m_isRecording; }
+    bool keepLastTitle(const BASS::RecordingOptions& asked) override {
+        calls.append(QStringLiteral("keep last"));
+        options = asked;
+        return canKeepLast;
+    }
+    void setRecordingPaused(bool isPaused) override {
+        calls.append(isPaused ? QStringLiteral("pause") : QStringLiteral("resume"));
+        m_isPaused = isPaused;
+        emit sig_recordingPaused(isPaused);
+    }
+    [[nodiscard]] bool isRecordingPaused() const override { return m_isPaused; }
     void setVolume(int percent) override { volume = percent; }
     void setMuted(bool muted) override { isMuted = muted; }
 
@@ -90,4 +115,5 @@ class DemoPlayer final : public Player {
     BASS::Song m_song;
     StreamInfo m_info;
     bool m_isRecording = false;
+    bool m_isPaused = false;
 };

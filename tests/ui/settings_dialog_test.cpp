@@ -22,8 +22,8 @@ class SettingsDialogTest : public WindowTest {
     SettingsDialogTest() {
         languages = {{QStringLiteral("English.lng"), QStringLiteral("English")},
                      {QStringLiteral("German.lng"), QStringLiteral("Deutsch")}};
-        settings.stored.patternSplit = QStringLiteral("%track%");
-        settings.stored.patternNoSplit = QStringLiteral("%title%");
+        settings.stored.recording.split.pattern = QStringLiteral("%track%");
+        settings.stored.recording.noSplit.pattern = QStringLiteral("%title%");
     }
 
     SettingsDialog& openDialog() {
@@ -40,6 +40,32 @@ Widget* part(SettingsDialog& dialog, const char* name) {
     auto* found = dialog.findChild<Widget*>(QLatin1String(name));
     EXPECT_NE(found, nullptr) << name;
     return found;
+}
+
+void expectSame(const RecordingPreferences& now, const RecordingPreferences& wanted) {
+    EXPECT_EQ(now.folder, wanted.folder);
+    EXPECT_EQ(now.split.pattern, wanted.split.pattern);
+    EXPECT_EQ(now.noSplit.pattern, wanted.noSplit.pattern);
+    EXPECT_EQ(now.isSplit, wanted.isSplit);
+    EXPECT_EQ(now.splitMinutes, wanted.splitMinutes);
+    EXPECT_EQ(now.splitDelayMs, wanted.splitDelayMs);
+    EXPECT_EQ(now.isOverwriting, wanted.isOverwriting);
+    EXPECT_EQ(now.isMp3ByteExact, wanted.isMp3ByteExact);
+    EXPECT_EQ(now.isM4aUsed, wanted.isM4aUsed);
+    EXPECT_EQ(now.isPauseShown, wanted.isPauseShown);
+    EXPECT_EQ(now.hasBuffer, wanted.hasBuffer);
+    EXPECT_EQ(now.bufferMegabytes, wanted.bufferMegabytes);
+    EXPECT_EQ(now.encoder, wanted.encoder);
+    EXPECT_EQ(now.bitrate, wanted.bitrate);
+    EXPECT_EQ(now.mode, wanted.mode);
+    EXPECT_EQ(now.isSameKept, wanted.isSameKept);
+    EXPECT_EQ(now.isOriginalRemoved, wanted.isOriginalRemoved);
+    EXPECT_EQ(now.arguments, wanted.arguments);
+    EXPECT_EQ(now.hasTags, wanted.hasTags);
+    EXPECT_EQ(now.hasTrackList, wanted.hasTrackList);
+    EXPECT_EQ(now.trackListFormat, wanted.trackListFormat);
+    EXPECT_EQ(now.isTrackListDated, wanted.isTrackListDated);
+    EXPECT_EQ(now.isTitleListKept, wanted.isTitleListKept);
 }
 
 /// Changes every field to something that it was not.
@@ -102,9 +128,7 @@ TEST_F(SettingsDialogTest, EveryFieldReachesTheFileAndComesBack) {
     EXPECT_EQ(now.fadeOutSeconds, wanted.fadeOutSeconds);
     EXPECT_EQ(now.bufferMs, wanted.bufferMs);
     EXPECT_EQ(now.attempts, wanted.attempts);
-    EXPECT_EQ(now.recordingFolder, wanted.recordingFolder);
-    EXPECT_EQ(now.patternSplit, wanted.patternSplit);
-    EXPECT_EQ(now.patternNoSplit, wanted.patternNoSplit);
+    expectSame(now.recording, wanted.recording);
     EXPECT_EQ(now.proxy, wanted.proxy);
     EXPECT_TRUE(now.proxy.isInForce());
     EXPECT_FALSE(store.AllowMultipleInstances());

@@ -42,6 +42,9 @@ class MemorySettings final : public UiSettings {
     bool isAsking = true;
     bool isAutoPlaying = false;
     bool isAdvanced = false;
+    bool isSplitting = true;
+    bool hasPauseButton = false;
+    int encoder = 0;
     QString folder;
     TrayOptions tray;
     Preferences stored;
@@ -74,6 +77,8 @@ class MemorySettings final : public UiSettings {
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }
     [[nodiscard]] bool advancedScheduling() const override { return isAdvanced; }
+    [[nodiscard]] bool isRecordButtonSplitting() const override { return isSplitting; }
+    [[nodiscard]] bool isPauseButtonShown() const override { return hasPauseButton; }
     [[nodiscard]] QString recordingFolder() const override { return folder; }
     [[nodiscard]] BASS::RecordingOptions recordingOptions(BASS::RecordMode mode,
                                                           const BASS::StationRecord& station,
@@ -83,6 +88,7 @@ class MemorySettings final : public UiSettings {
         options.folder = folder;
         options.station.station = station.name;
         options.station.schedule = schedule;
+        options.encoder = encoder;
         return options;
     }
 };

@@ -32,6 +32,9 @@ struct BassChannelInfo {
 };
 
 using BassDownloadProc = void(BASS_CALL*)(const void* buffer, DWORD length, void* user);
+/// buffer: floats with BASS_CONFIG_FLOATDSP; length: bytes.
+using BassDspProc =
+    void(BASS_CALL*)(DWORD dsp, DWORD channel, void* buffer, DWORD length, void* user);
 using BassSyncProc = void(BASS_CALL*)(HSYNC sync, DWORD channel, DWORD data, void* user);
 using BassEncodeProc =
     void(BASS_CALL*)(HENCODE, DWORD channel, const void* buffer, DWORD length, void* user);
@@ -127,7 +130,10 @@ struct BassFunctions {
     F<DWORD(DWORD)> ChannelGetLevel{
         table, BassFile::Core, "BASS_ChannelGetLevel", kNeeded, ~DWORD{0}};
 
-    // --- effects: the version alone, for the log
+    F<DWORD(DWORD, BassDspProc, void* user, int priority)> ChannelSetDsp{
+        table, BassFile::Core, "BASS_ChannelSetDSP"};
+
+    // --- the effects add-on: its version, for the log; the effects are our own
     F<DWORD()> FxGetVersion{table, BassFile::Fx, "BASS_FX_GetVersion"};
 
     // --- encoders

@@ -76,6 +76,7 @@ class BassLibrary final : public AudioLibrary {
     const char* ChannelGetTags(DWORD handle, DWORD tags) override;
     bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) override;
     bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) override;
+    bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) override;
     bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) override;
     bool ChannelIsSliding(DWORD handle, DWORD attribute) override;
     HSYNC
@@ -139,6 +140,9 @@ class BassLibrary final : public AudioLibrary {
     HSTREAM endStream(void* token, HSTREAM handle);
     void watchTitles(const Stream& stream, void* token);
     void closeStream(HSTREAM handle);
+    bool setEffects(BassStream& stream, void* token, const EffectSettings& settings);
+    /// By its handle; null: not one of this provider's.
+    [[nodiscard]] std::pair<void*, Stream> streamOf(HSTREAM handle) const;
     static bool fail(int error);
 
     std::unique_ptr<BassFiles> m_files;
@@ -146,6 +150,8 @@ class BassLibrary final : public AudioLibrary {
     std::string m_description;
     std::atomic<TITLEPROC*> m_titleProc{nullptr};
 
+    std::mutex m_effectsMutex; ///< guards m_effects and the making of a stream's own
+    EffectSettings m_effects;  ///< of streams to come
     std::mutex m_textMutex;
     std::map<DWORD, std::u16string> m_texts; ///< options whose text the library may only point to
     BassEncoders m_encoders;

@@ -36,7 +36,45 @@ bool BassLibrary::ChannelSetAttribute(DWORD handle, DWORD attribute, float value
 }
 
 bool BassLibrary::ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) {
-    return m_bass.ChannelGetAttribute(handle, attribute, value) != 0;
+    if (attribute != BASS_ATTRIB_AUTO_GAIN)
+        return m_bass.ChannelGetAttribute(handle, attribute, value) != 0;
+    const auto stream = streamOf(handle).second;
+    const std::lock_guard lock(m_effectsMutex);
+    if (stream == nullptr)
+        return fail(BASS_ERROR_HANDLE);
+    *value = stream->effects ? stream->effects->chain().autoGainDb() : 0.0F;
+    return true;
+}
+
+bool BassLibrary::ChannelSetEffects(DWORD handle, const EffectSettings& settings) {
+    if (handle == 0) {
+        const std::lock_guard lock(m_effectsMutex);
+        m_effects = settings;
+        return true;
+    }
+    const auto [token, stream] = streamOf(handle);
+    if (stream == nullptr)
+        return fail(BASS_ERROR_HANDLE);
+    const std::lock_guard lock(m_effectsMutex);
+    return setEffects(*stream, token, settings);
+}
+
+bool BassLibrary::setEffects(BassStream& stream, void* token, const EffectSettings& settings) {
+    if (stream.effects != nullptr) {
+        stream.effects->chain().set(settings);
+        return true;
+    }
+    if (isChangingNothing(settings))
+        return true;
+    BassChannelInfo info{};
+    if (m_bass.ChannelGetInfo(stream.handle, &info) == 0)
+        return false;
+    stream.effects = std::make_unique<BassEffects>(static_cast<int>(info.freq), info.chans);
+    stream.effects->chain().set(settings);
+    if (m_bass.ChannelSetDsp(stream.handle, &onBassDsp, token, 0) != 0)
+        return true;
+    stream.effects.reset();
+    return false;
 }
 
 bool BassLibrary::ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) {

@@ -91,6 +91,10 @@ HSTREAM BassLibrary::endStream(void* token, HSTREAM handle) {
     }
     m_bass.ChannelSetSync(handle, BASS_SYNC_FREE | BASS_SYNC_MIXTIME, 0, &onBassFreed, token);
     watchTitles(stream, token);
+    {
+        const std::lock_guard lock(m_effectsMutex);
+        setEffects(*stream, token, m_effects);
+    }
     setOwnBassError(BASS_OK);
     return handle;
 }
@@ -145,12 +149,16 @@ HSTREAM BassLibrary::HLS_StreamCreateFile(const void* file, DWORD flags) {
     return createFile(m_bass.HlsFile, file, flags);
 }
 
+std::pair<void*, BassLibrary::Stream> BassLibrary::streamOf(HSTREAM handle) const {
+    return bassStreams().findIf([this, handle](const BassStream& candidate) {
+        return candidate.bass == &m_bass && candidate.handle == handle;
+    });
+}
+
 /// No callback of the stream runs or starts any more, and its encoders are complete.
 void BassLibrary::closeStream(HSTREAM handle) {
     m_encoders.endChannel(handle);
-    const auto [token, stream] = bassStreams().findIf([this, handle](const BassStream& candidate) {
-        return candidate.bass == &m_bass && candidate.handle == handle;
-    });
+    const auto [token, stream] = streamOf(handle);
     if (stream == nullptr)
         return;
     stream->gate.close();

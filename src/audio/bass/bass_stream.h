@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/audio_library.h"
+#include "audio/bass/bass_effects.h"
 #include "audio/bass/bass_functions.h"
 #include "audio/bass/token_table.h"
 #include "audio/callback_gate.h"
@@ -21,6 +22,7 @@ struct BassStream {
     std::atomic<bool> isCanceled{false};
     std::mutex order; ///< one download or title call at a time
     CallbackGate gate;
+    std::unique_ptr<BassEffects> effects; ///< made once, before the library is given its function
 };
 
 /// A sync that the engine has set.

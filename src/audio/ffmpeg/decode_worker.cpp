@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -50,6 +51,14 @@ void DecodeWorker::seek(double seconds) {
         m_seekTo = seconds;
     }
     m_wake.notify_all();
+    m_voice.wakeDecoder();
+}
+
+void DecodeWorker::discardDecoded() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_mustDiscard = true;
+    }
     m_voice.wakeDecoder();
 }
 
@@ -181,7 +190,7 @@ bool DecodeWorker::stepOnce() {
         return true;
     const bool isUnheard = m_isReady && m_callbacks.isUnheard && m_callbacks.isUnheard();
     m_decoder->setSkipping(isUnheard);
-    m_voice.setLean(isUnheard);
+    m_voice.setLean(isUnheard || (m_callbacks.isAdjusted && m_callbacks.isAdjusted()));
     switch (m_decoder->step()) {
     case LinkDecoder::Step::Audio:
         m_fedLastGood = m_fed;
@@ -240,7 +249,7 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
         if (m_isStopping.load())
             return false;
         const std::lock_guard lock(m_mutex);
-        if (m_seekTo)
+        if (m_seekTo || m_mustDiscard)
             return true;
     }
 }
@@ -304,6 +313,8 @@ bool DecodeWorker::performSeek() {
     {
         const std::lock_guard lock(m_mutex);
         target.swap(m_seekTo);
+        if (std::exchange(m_mustDiscard, false))
+            m_voice.restartAt(m_voice.writtenFrame());
     }
     if (!target || !m_decoder->seek(*target))
         return false;

@@ -32,6 +32,9 @@ class DecodeWorker {
         std::function<std::string()> contentType;
         /// True while nobody hears or uses what is decoded: then it is not. May be empty.
         std::function<bool()> isUnheard;
+        /// True while a change of the sound should be heard soon: less is decoded ahead. May be
+        /// empty.
+        std::function<bool()> isAdjusted;
         /// What has been decoded, to shape and to branch off before it is heard; may be empty.
         std::function<void(std::vector<float>& samples, std::uint64_t bytePosition)> pcm;
     };
@@ -51,6 +54,8 @@ class DecodeWorker {
     void stop();
     /// Files only; done soon after.
     void seek(double seconds);
+    /// What has been decoded and not yet been heard is dropped soon after.
+    void discardDecoded();
     [[nodiscard]] Info info() const;
 
   private:
@@ -100,6 +105,7 @@ class DecodeWorker {
     mutable std::mutex m_mutex; ///< guards all below
     std::condition_variable m_wake;
     std::optional<double> m_seekTo;
+    bool m_mustDiscard = false;
     Info m_info;
 };
 

@@ -3,6 +3,7 @@
 #include "base/log.h"
 
 #include <chrono>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -94,20 +95,31 @@ void Encoder::run() {
         m_setup.ended();
 }
 
+/// What an encoder writes before its first sample waits for that: one that is ended without audio,
+/// as by a stop right at a cut, leaves nothing, where a head alone would be a file that no player
+/// opens.
+void Encoder::write(const std::uint8_t* data, std::size_t size, std::int64_t offset) {
+    if (m_hasAudio)
+        deliver(data, size, offset);
+    else
+        m_head.insert(m_head.end(), data, data + size);
+}
+
+void Encoder::audioCame() {
+    if (std::exchange(m_hasAudio, true) || m_head.empty())
+        return;
+    deliver(m_head.data(), m_head.size(), 0);
+    m_head = {};
+}
+
 /// False: it did not open.
 bool Encoder::encodeToTheEnd() {
-    // what a container writes while it opens comes before it is known to be one
-    std::vector<std::uint8_t> head;
-    bool isOpen = false;
-    const auto encoder = m_setup.make(
-        [this, &head, &isOpen](const std::uint8_t* data, std::size_t size, std::int64_t at) {
-            if (isOpen)
-                deliver(data, size, at);
-            else
-                head.insert(head.end(), data, data + size);
+    const auto encoder =
+        m_setup.make([this](const std::uint8_t* data, std::size_t size, std::int64_t at) {
+            write(data, size, at);
         });
     const int result = encoder->open();
-    isOpen = result == BASS_OK;
+    const bool isOpen = result == BASS_OK;
     m_isRunning.store(isOpen);
     {
         const std::lock_guard lock(m_mutex);
@@ -116,8 +128,6 @@ bool Encoder::encodeToTheEnd() {
     m_changed.notify_all();
     if (!isOpen)
         return false;
-    if (!head.empty())
-        deliver(head.data(), head.size(), 0);
     if (!encodeAll(*encoder) || !encoder->finish())
         qCWarning(lcAudio, "encoder has failed handle=%u", m_setup.handle);
     return true;
@@ -128,6 +138,8 @@ bool Encoder::encodeAll(PcmEncoder& encoder) {
     const bool needsCare = encoder.needsCare();
     std::deque<std::vector<float>> chunks;
     while (takeChunks(chunks, needsCare)) {
+        if (!chunks.empty())
+            audioCame();
         for (const std::vector<float>& chunk : chunks)
             if (!encoder.encode(chunk.data(), chunk.size() / kChannels))
                 return false;

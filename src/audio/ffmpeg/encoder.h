@@ -56,6 +56,8 @@ class Encoder {
     void run();
     bool encodeToTheEnd();
     bool encodeAll(PcmEncoder& encoder);
+    void audioCame();
+    void write(const std::uint8_t* data, std::size_t size, std::int64_t offset);
     bool takeChunks(std::deque<std::vector<float>>& out, bool needsCare);
     void deliver(const std::uint8_t* data, std::size_t size, std::int64_t offset);
 
@@ -63,8 +65,12 @@ class Encoder {
     std::atomic<DWORD> m_channel{0};
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_hasEnded{false};
-    std::int64_t m_delivered = 0; ///< encoder thread only
     std::thread m_thread;
+
+    // encoder thread
+    std::int64_t m_delivered = 0;
+    bool m_hasAudio = false;
+    std::vector<std::uint8_t> m_head; ///< written before the first sample came
 
     std::mutex m_mutex; ///< guards all below
     std::condition_variable m_changed;

@@ -69,12 +69,14 @@ class FfmpegLibrary final : public AudioLibrary {
 
     bool ChannelPlay(DWORD handle, bool restart) override;
     bool ChannelPause(DWORD handle) override;
+    bool ChannelJumpToLive(DWORD handle) override;
     bool ChannelStop(DWORD handle) override;
     DWORD ChannelIsActive(DWORD handle) override;
     bool ChannelGetInfo(DWORD handle, BASS_CHANNELINFO* info) override;
     const char* ChannelGetTags(DWORD handle, DWORD tags) override;
     bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) override;
     bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) override;
+    bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) override;
     bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) override;
     bool ChannelIsSliding(DWORD handle, DWORD attribute) override;
     HSYNC
@@ -148,7 +150,7 @@ class FfmpegLibrary final : public AudioLibrary {
     HSTREAM finishCreate(const Channel& channel);
     Channel newChannel(DWORD flags);
     HttpRequest requestFor(const UrlArguments& arguments) const;
-    std::size_t fifoBound() const;
+    std::size_t bufferBytes() const;
     Channel find(DWORD handle) const;
     bool freeChannel(DWORD handle);
     std::vector<Channel> channels() const;
@@ -176,6 +178,7 @@ class FfmpegLibrary final : public AudioLibrary {
     std::string m_proxy;
     std::string m_deviceName;
     std::string m_deviceDriver;
+    EffectSettings m_effects; ///< of channels to come
 
     std::unique_ptr<NetEngine> m_net;
     std::atomic<bool> m_isStopping{false};

@@ -34,6 +34,13 @@ bool FfmpegLibrary::ChannelPause(DWORD handle) {
     return succeed();
 }
 
+bool FfmpegLibrary::ChannelJumpToLive(DWORD handle) {
+    const Channel channel = find(handle);
+    if (!channel)
+        return false;
+    return channel->jumpToLive() ? succeed() : fail(BASS_ERROR_NOTAVAIL);
+}
+
 bool FfmpegLibrary::ChannelStop(DWORD handle) {
     const Channel channel = find(handle);
     if (!channel)
@@ -91,6 +98,9 @@ bool FfmpegLibrary::ChannelGetAttribute(DWORD handle, DWORD attribute, float* va
     case BASS_ATTRIB_BITRATE:
         *value = static_cast<float>(channel->bitrate());
         return true;
+    case BASS_ATTRIB_AUTO_GAIN:
+        *value = channel->effects().autoGainDb();
+        return true;
     case BASS_ATTRIB_FREQ:
         channel->info(info);
         *value = static_cast<float>(info.freq);
@@ -98,6 +108,19 @@ bool FfmpegLibrary::ChannelGetAttribute(DWORD handle, DWORD attribute, float* va
     default:
         return fail(BASS_ERROR_ILLTYPE);
     }
+}
+
+bool FfmpegLibrary::ChannelSetEffects(DWORD handle, const EffectSettings& settings) {
+    if (handle == 0) {
+        const std::lock_guard lock(m_mutex);
+        m_effects = settings;
+        return succeed();
+    }
+    const Channel channel = find(handle);
+    if (!channel)
+        return false;
+    channel->effects().set(settings);
+    return true;
 }
 
 bool FfmpegLibrary::ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) {

@@ -58,7 +58,7 @@ bool takesSegments(StreamFormat format) {
            format == StreamFormat::Flac;
 }
 
-/// A decoder behind by more than this is a listener who paused.
+/// A file is received so far ahead of what is heard.
 constexpr std::size_t kSmallestBuffer = 512U * 1024U;
 constexpr std::size_t kLargestBuffer = 8U * 1024U * 1024U;
 constexpr std::size_t kBytesPerMs = 192; // lossless audio with room to spare
@@ -139,10 +139,12 @@ FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
     context.signal = &m_signal;
     const std::lock_guard lock(m_mutex);
     context.handle = m_nextHandle++;
-    return std::make_shared<StreamChannel>(context);
+    auto channel = std::make_shared<StreamChannel>(context);
+    channel->effects().set(m_effects);
+    return channel;
 }
 
-std::size_t FfmpegLibrary::fifoBound() const {
+std::size_t FfmpegLibrary::bufferBytes() const {
     const std::size_t wanted = std::size_t{GetConfig(BASS_CONFIG_NET_BUFFER)} * kBytesPerMs;
     return std::clamp(wanted, kSmallestBuffer, kLargestBuffer);
 }
@@ -196,7 +198,7 @@ HSTREAM FfmpegLibrary::createUrl(const UrlArguments& arguments, Accepts* accepts
         return makeSource(std::move(request), std::move(tap), accepts);
     };
     const bool isAhead = accepts == takesSegments || accepts == takesMp4;
-    const std::size_t bound = isAhead ? kAheadBuffer : fifoBound();
+    const std::size_t bound = isAhead ? kAheadBuffer : bufferBytes();
     channel->openUrl(make, std::move(callbacks), bound, accepts);
     const HSTREAM handle = finishCreate(channel);
 

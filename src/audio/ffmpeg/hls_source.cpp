@@ -290,7 +290,7 @@ void HlsSource::fetchNext() {
             end(BASS_OK);
         if (next.what != HlsNext::What::Fetch)
             return;
-        const bool hasRoom = !m_media.hasEnd || !m_tap->fifo().mustWait(m_tap->fifo().bound() / 2);
+        const bool hasRoom = !m_media.hasEnd || !m_tap->fifo().mustWait(m_tap->fifo().waitAt() / 2);
         if (!hasRoom)
             return; // resume() comes back here
         m_segment = m_media.segments[next.index];

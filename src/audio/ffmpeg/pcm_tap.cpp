@@ -170,7 +170,10 @@ bool PcmTap::setPaused(const Encoder& encoder, bool isPaused) {
 bool PcmTap::isPaused(const Encoder& encoder) const {
     const std::lock_guard lock(m_mutex);
     return std::any_of(m_lines.begin(), m_lines.end(), [&encoder](const Line& line) {
-        return line.isPaused && line.stages.front().encoder.get() == &encoder;
+        return line.isPaused &&
+               std::any_of(line.stages.begin(), line.stages.end(), [&encoder](const Stage& stage) {
+                   return stage.encoder.get() == &encoder;
+               });
     });
 }
 

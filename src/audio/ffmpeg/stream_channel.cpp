@@ -78,7 +78,7 @@ std::string headerBlock(const HttpHeaders& headers, bool onlyIcy) {
 
 StreamChannel::StreamChannel(const Context& context)
     : m_context(context), m_voice(static_cast<std::uint32_t>(context.rate), *context.signal),
-      m_syncs(context.handle), m_pcmTap(context.rate) {}
+      m_syncs(context.handle), m_effects(context.rate), m_pcmTap(context.rate) {}
 
 StreamChannel::~StreamChannel() {
     close();
@@ -86,10 +86,10 @@ StreamChannel::~StreamChannel() {
 
 void StreamChannel::openUrl(const MakeSource& make,
                             StreamTap::Callbacks callbacks,
-                            std::size_t fifoBound,
+                            std::size_t bufferBytes,
                             std::function<bool(StreamFormat)> accepts) {
     callbacks.ended = [this] { post(BASS_SYNC_DOWNLOAD, 0); };
-    m_tap = std::make_shared<StreamTap>(std::move(callbacks), fifoBound);
+    m_tap = std::make_shared<StreamTap>(std::move(callbacks), bufferBytes);
     m_source = make(m_tap);
     m_tap->fifo().setDrained([this] { m_source->resume(); });
     m_source->start();
@@ -112,7 +112,9 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     callbacks.title = [this](TagTimeline::Entry entry) { addTitle(std::move(entry)); };
     callbacks.accepts = std::move(accepts);
     callbacks.isUnheard = [this] { return isUnheard(); };
+    callbacks.isAdjusted = [this] { return m_effects.isBeingAdjusted(); };
     callbacks.pcm = [this](std::vector<float>& samples, std::uint64_t position) {
+        m_effects.process(samples.data(), samples.size() / Voice::kChannels);
         if (m_pcmTap.isUsed())
             m_pcmTap.feed(samples.data(), samples.size() / Voice::kChannels, position);
     };
@@ -214,6 +216,20 @@ double StreamChannel::duration() const {
 
 void StreamChannel::seek(double seconds) {
     m_worker->seek(seconds);
+}
+
+bool StreamChannel::jumpToLive() {
+    const StreamFormat format = m_worker->info().format;
+    const bool isEnterable = format != StreamFormat::Asf && format != StreamFormat::Mp4 &&
+                             format != StreamFormat::Wav && format != StreamFormat::Aiff;
+    if (!m_tap || m_tap->length() > 0 || !isEnterable)
+        return false;
+    constexpr std::size_t kKeptSeconds = 2; // less, and the first late packet is heard as a gap
+    constexpr int kUsualBitrate = 128;
+    const int rate = bitrate() > 0 ? bitrate() : kUsualBitrate;
+    m_tap->fifo().skipToNewest(static_cast<std::size_t>(rate) * 1000 / 8 * kKeptSeconds);
+    m_worker->discardDecoded();
+    return true;
 }
 
 QWORD StreamChannel::bytes(double seconds) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/effects/effect_chain.h"
 #include "audio/ffmpeg/decode_worker.h"
 #include "audio/ffmpeg/pcm_tap.h"
 #include "audio/ffmpeg/stream_source.h"
@@ -44,7 +45,7 @@ class StreamChannel {
     using MakeSource = std::function<std::shared_ptr<StreamSource>(std::shared_ptr<StreamTap>)>;
     void openUrl(const MakeSource& make,
                  StreamTap::Callbacks callbacks,
-                 std::size_t fifoBound,
+                 std::size_t bufferBytes,
                  std::function<bool(StreamFormat)> accepts);
     /// False where the file does not open.
     bool openFile(const std::filesystem::path& path, std::function<bool(StreamFormat)> accepts);
@@ -59,6 +60,7 @@ class StreamChannel {
     [[nodiscard]] DWORD flags() const { return m_context.flags; }
     [[nodiscard]] Voice& voice() { return m_voice; }
     [[nodiscard]] SyncTable& syncs() { return m_syncs; }
+    [[nodiscard]] EffectChain& effects() { return m_effects; }
     [[nodiscard]] PcmTap& pcmTap() { return m_pcmTap; }
     /// As SyncTable::add(). A connection that has ended before anyone asked is told now.
     HSYNC addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user);
@@ -70,6 +72,8 @@ class StreamChannel {
     /// Seconds; 0: not known.
     [[nodiscard]] double duration() const;
     void seek(double seconds);
+    /// False where it is no live stream, or one that cannot be entered anywhere.
+    bool jumpToLive();
     /// Between seconds and bytes of float samples of the source.
     [[nodiscard]] QWORD bytes(double seconds) const;
     [[nodiscard]] double seconds(QWORD bytes) const;
@@ -97,6 +101,7 @@ class StreamChannel {
     const Context m_context;
     Voice m_voice;
     SyncTable m_syncs;
+    EffectChain m_effects;
     PcmTap m_pcmTap;
     std::shared_ptr<StreamTap> m_tap;
     std::shared_ptr<StreamSource> m_source;

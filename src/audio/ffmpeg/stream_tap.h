@@ -28,7 +28,10 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
         std::function<void()> ended; ///< on the network thread, through the gate
     };
 
-    StreamTap(Callbacks callbacks, std::size_t fifoBound);
+    /// waitAt: see ByteFifo; what plays live is kept up to kTimeShiftBytes for a listener who has
+    /// paused.
+    StreamTap(Callbacks callbacks, std::size_t waitAt);
+    static constexpr std::size_t kTimeShiftBytes = 32U * 1024U * 1024U;
 
     [[nodiscard]] ByteFifo& fifo() { return m_fifo; }
     /// No callback runs or begins after it returned.

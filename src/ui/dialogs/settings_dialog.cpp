@@ -1,14 +1,14 @@
 #include "ui/dialogs/settings_dialog.h"
 
 #include "ui/announcer.h"
+#include "ui/dialogs/encoding_settings_page.h"
+#include "ui/dialogs/form_fields.h"
+#include "ui/dialogs/recording_settings_page.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QDir>
-#include <QFileDialog>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,41 +20,13 @@ namespace {
 
 constexpr int kFirstProxyPort = 8080;
 
-/// A field with its label, by which a screen reader calls it.
-template <typename Field>
-Field* addField(QFormLayout* form, const char* name, const QString& label) {
-    auto* field = new Field;
-    field->setObjectName(QLatin1String(name));
-    field->setAccessibleName(QString(label).remove(QLatin1Char('&')).remove(QLatin1Char(':')));
-    form->addRow(label, field);
-    return field;
-}
-
-QSpinBox*
-addNumber(QFormLayout* form, const char* name, const QString& label, int least, int most) {
-    auto* box = addField<QSpinBox>(form, name, label);
-    box->setRange(least, most);
-    return box;
-}
-
-QLabel* quietText(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-void choose(QComboBox* box, const QVariant& data) {
-    const int index = box->findData(data, Qt::UserRole, Qt::MatchFixedString);
-    box->setCurrentIndex(index);
-}
-
 } // namespace
 
 SettingsDialog::SettingsDialog(const Preferences& preferences,
                                const QVector<Language>& languages,
                                QWidget* parent)
     : QDialog(parent), m_applied(preferences), m_tabs(new QTabWidget(this)),
+      m_recording(new RecordingSettingsPage), m_encoding(new EncodingSettingsPage),
       m_note(new QLabel(this)) {
     setWindowTitle(tr("Settings"));
     setObjectName(QStringLiteral("settingsDialog"));
@@ -62,7 +34,8 @@ SettingsDialog::SettingsDialog(const Preferences& preferences,
     m_tabs->addTab(makeGeneral(languages), tr("&General"));
     m_tabs->addTab(makeTray(), tr("&Tray"));
     m_tabs->addTab(makePlaying(), tr("&Playing"));
-    m_tabs->addTab(makeRecording(), tr("&Recording"));
+    m_tabs->addTab(m_recording, tr("&Recording"));
+    m_tabs->addTab(m_encoding, tr("Encoding"));
     m_tabs->addTab(makeNetwork(), tr("&Network"));
     m_note->setObjectName(QStringLiteral("settingsNote"));
     m_note->setTextFormat(Qt::PlainText);
@@ -84,13 +57,6 @@ SettingsDialog::SettingsDialog(const Preferences& preferences,
     m_applied = this->preferences(); // numbers out of range are shown as the nearest that is in
     watchChanges();
     enableParts();
-}
-
-QCheckBox* SettingsDialog::addCheck(QVBoxLayout* layout, const char* name, const QString& text) {
-    auto* box = new QCheckBox(text);
-    box->setObjectName(QLatin1String(name));
-    layout->addWidget(box);
-    return box;
 }
 
 QWidget* SettingsDialog::makeGeneral(const QVector<Language>& languages) {
@@ -147,35 +113,6 @@ QWidget* SettingsDialog::makePlaying() {
     return page;
 }
 
-QWidget* SettingsDialog::makeRecording() {
-    auto* page = new QWidget;
-    auto* form = new QFormLayout(page);
-    m_folder = new QLineEdit;
-    m_folder->setObjectName(QStringLiteral("recordingFolder"));
-    m_folder->setAccessibleName(tr("Recording folder"));
-    auto* browseButton = new QPushButton(tr("&Browse…"));
-    browseButton->setObjectName(QStringLiteral("browse"));
-    browseButton->setAccessibleName(tr("Choose the recording folder"));
-    connect(browseButton, &QPushButton::clicked, this, &SettingsDialog::browse);
-    auto* row = new QHBoxLayout;
-    row->addWidget(m_folder, 1);
-    row->addWidget(browseButton);
-    auto* label = new QLabel(tr("&Folder:"));
-    label->setBuddy(m_folder);
-    form->addRow(label, row);
-    m_patternSplit =
-        addField<QLineEdit>(form, "patternSplit", tr("File names, one file per trac&k:"));
-    m_patternNoSplit =
-        addField<QLineEdit>(form, "patternNoSplit", tr("File names, one file in &all:"));
-    form->addRow(quietText(tr("A backslash begins a folder. %1 stands for the station, %2 for the "
-                              "track. Also possible: %3.")
-                               .arg(QStringLiteral("%title%"),
-                                    QStringLiteral("%track%"),
-                                    QStringLiteral("%artist%, %song_title%, %date%, %time%, "
-                                                   "%country%, %city%, %schedule%"))));
-    return page;
-}
-
 QWidget* SettingsDialog::makeNetwork() {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -214,9 +151,8 @@ void SettingsDialog::fill(const Preferences& preferences) {
     m_fadeOut->setValue(preferences.fadeOutSeconds);
     m_buffer->setValue(preferences.bufferMs);
     m_attempts->setValue(preferences.attempts);
-    m_folder->setText(preferences.recordingFolder);
-    m_patternSplit->setText(preferences.patternSplit);
-    m_patternNoSplit->setText(preferences.patternNoSplit);
+    m_recording->fill(preferences.recording);
+    m_encoding->fill(preferences.recording);
     fillProxy(preferences.proxy);
 }
 
@@ -251,9 +187,9 @@ Preferences SettingsDialog::preferences() const {
     now.fadeOutSeconds = m_fadeOut->value();
     now.bufferMs = m_buffer->value();
     now.attempts = m_attempts->value();
-    now.recordingFolder = m_folder->text().trimmed();
-    now.patternSplit = m_patternSplit->text();
-    now.patternNoSplit = m_patternNoSplit->text();
+    now.recording = m_applied.recording;
+    m_recording->read(now.recording);
+    m_encoding->read(now.recording);
     now.proxy = {m_proxyHost->text().trimmed(),
                  QString::number(m_proxyPort->value()),
                  m_proxyUser->text(),
@@ -279,6 +215,7 @@ void SettingsDialog::watchChanges() {
     for (QCheckBox* box : findChildren<QCheckBox*>()) {
         connect(box, &QCheckBox::toggled, this, changed);
     }
+    connect(m_recording, &RecordingSettingsPage::sig_changed, this, changed);
     connect(m_tray, &QCheckBox::toggled, this, &SettingsDialog::enableParts);
     connect(m_useProxy, &QCheckBox::toggled, this, &SettingsDialog::enableParts);
     m_apply->setEnabled(false);
@@ -294,14 +231,6 @@ void SettingsDialog::enableParts() {
                           static_cast<QWidget*>(m_proxyUser),
                           static_cast<QWidget*>(m_proxyPassword)}) {
         part->setEnabled(m_useProxy->isChecked());
-    }
-}
-
-void SettingsDialog::browse() {
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, tr("Choose the recording folder"), QDir::fromNativeSeparators(m_folder->text()));
-    if (!folder.isEmpty()) {
-        m_folder->setText(QDir::toNativeSeparators(folder));
     }
 }
 

@@ -13,7 +13,8 @@ class QLineEdit;
 class QPushButton;
 class QSpinBox;
 class QTabWidget;
-class QVBoxLayout;
+class EncodingSettingsPage;
+class RecordingSettingsPage;
 
 /// Shows the preferences and gives back what was changed. It stores nothing itself.
 ///
@@ -40,18 +41,17 @@ class SettingsDialog final : public QDialog {
     QWidget* makeGeneral(const QVector<Language>& languages);
     QWidget* makeTray();
     QWidget* makePlaying();
-    QWidget* makeRecording();
     QWidget* makeNetwork();
-    QCheckBox* addCheck(QVBoxLayout* layout, const char* name, const QString& text);
     void fill(const Preferences& preferences);
     void fillProxy(const ProxySettings& proxy);
     void watchChanges();
     void enableParts();
-    void browse();
     bool apply();
 
     Preferences m_applied; ///< as the fields show it
     QTabWidget* m_tabs;
+    RecordingSettingsPage* m_recording;
+    EncodingSettingsPage* m_encoding;
     QComboBox* m_language = nullptr;
     QComboBox* m_theme = nullptr;
     QCheckBox* m_autoPlay = nullptr;
@@ -70,9 +70,6 @@ class SettingsDialog final : public QDialog {
     QSpinBox* m_fadeOut = nullptr;
     QSpinBox* m_buffer = nullptr;
     QSpinBox* m_attempts = nullptr;
-    QLineEdit* m_folder = nullptr;
-    QLineEdit* m_patternSplit = nullptr;
-    QLineEdit* m_patternNoSplit = nullptr;
     QCheckBox* m_useProxy = nullptr;
     QLineEdit* m_proxyHost = nullptr;
     QSpinBox* m_proxyPort = nullptr;

@@ -37,15 +37,16 @@ PlayerBar::PlayerBar(const Commands& commands, QWidget* parent)
       m_station(new ElidedLabel(ElidedLabel::Tone::Quiet, this)),
       m_title(new ElidedLabel(ElidedLabel::Tone::Strong, this)),
       m_status(new ElidedLabel(ElidedLabel::Tone::Quiet, this)), m_elapsed(new QLabel(this)),
-      m_play(new QToolButton(this)), m_record(new MenuToolButton(this)),
-      m_mute(new QToolButton(this)), m_volume(new QSlider(Qt::Horizontal, this)),
-      m_percent(new QLabel(this)), m_strip(new RecordingStrip(commands.openRecordingFolder, this)) {
+      m_play(new QToolButton(this)), m_pause(new QToolButton(this)), m_live(new QToolButton(this)),
+      m_record(new MenuToolButton(this)), m_mute(new QToolButton(this)),
+      m_volume(new QSlider(Qt::Horizontal, this)), m_percent(new QLabel(this)),
+      m_strip(new RecordingStrip({commands.openRecordingFolder, commands.recordPause}, this)) {
     setObjectName(QStringLiteral("playerBar"));
     makeTexts();
     makeButtons(commands);
     makeVolume();
     layOut();
-    showRecording(false, {});
+    showRecording({});
     showHeard({});
 }
 
@@ -65,10 +66,22 @@ void PlayerBar::makeButtons(const Commands& commands) {
     m_play->setProperty(WavelarkStyle::kFilledProperty, true);
     connect(m_play, &QToolButton::clicked, commands.playStop, &QAction::trigger);
 
+    const QPair<QToolButton*, QAction*> shifts[] = {{m_pause, commands.pause},
+                                                    {m_live, commands.goLive}};
+    for (const auto& [button, action] : shifts) {
+        button->setDefaultAction(action);
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        button->setFixedSize(36, 36);
+    }
+    m_pause->setObjectName(QStringLiteral("pauseButton"));
+    m_live->setObjectName(QStringLiteral("liveButton"));
+    m_live->hide();
+
     auto* menu = new QMenu(m_record);
     menu->addActions({commands.recordSplit, commands.recordNoSplit, commands.recordSingleSong});
+    menu->addAction(commands.recordKeepLast);
     menu->addSeparator();
-    menu->addActions({commands.recordStop, commands.openRecordingFolder});
+    menu->addActions({commands.recordPause, commands.recordStop, commands.openRecordingFolder});
     m_record->setObjectName(QStringLiteral("recordButton"));
     m_record->setMenu(menu);
     m_record->setFixedSize(68, 44);
@@ -79,7 +92,8 @@ void PlayerBar::makeButtons(const Commands& commands) {
     m_mute->setObjectName(QStringLiteral("muteButton"));
     m_mute->setFixedSize(36, 36);
     connect(m_mute, &QToolButton::clicked, commands.mute, &QAction::trigger);
-    for (QToolButton* button : {m_play, static_cast<QToolButton*>(m_record), m_mute}) {
+    for (QToolButton* button :
+         {m_play, m_pause, m_live, static_cast<QToolButton*>(m_record), m_mute}) {
         button->setFocusPolicy(Qt::StrongFocus);
         button->setIconSize(kIcon);
     }
@@ -118,6 +132,8 @@ void PlayerBar::layOut() {
     auto* controls = new QHBoxLayout;
     controls->setSpacing(6);
     controls->addWidget(m_play);
+    controls->addWidget(m_pause);
+    controls->addWidget(m_live);
     controls->addWidget(m_record);
     controls->addSpacing(4);
     controls->addStretch(1);
@@ -148,6 +164,10 @@ void PlayerBar::showHeard(const Heard& heard) {
     m_title->setFullText(isIdle ? tr("Nothing is playing") : first);
     m_station->setFullText(heard.title.isEmpty() ? QString() : heard.station);
     m_station->setVisible(!heard.title.isEmpty());
+    m_live->setVisible(heard.stream.behindLiveMs > 0);
+    for (QToolButton* button : {m_pause, m_live}) {
+        button->setAccessibleName(button->text().remove(QLatin1Char('&')));
+    }
     updateStatus();
     if (isNewState || m_play->icon().isNull()) { // told several times a second
         updateButtons();
@@ -173,6 +193,11 @@ void PlayerBar::updateStatus() {
     QString text = m_statusLine.isEmpty() || m_heard.state == PlayState::Playing
                        ? stateText(m_heard.state)
                        : m_statusLine;
+    const std::chrono::milliseconds behind(m_heard.stream.behindLiveMs);
+    constexpr std::chrono::seconds kShown(1);
+    if (behind >= kShown) {
+        text = QStringLiteral("%1 · %2").arg(text, tr("%1 behind live").arg(durationText(behind)));
+    }
     const QString stream = streamText(m_heard.stream);
     if (m_heard.state == PlayState::Playing && !stream.isEmpty()) {
         text = QStringLiteral("%1 · %2").arg(text, stream);
@@ -184,12 +209,19 @@ void PlayerBar::showElapsed(std::chrono::milliseconds elapsed) {
     m_elapsed->setText(elapsed.count() > 0 ? durationText(elapsed) : QString());
 }
 
-void PlayerBar::showRecording(bool isRecording, const BASS::RecordingProgress& progress) {
+void PlayerBar::setPauseButtonShown(bool isShown) {
+    m_strip->setPauseButtonShown(isShown);
+}
+
+void PlayerBar::showRecording(const Recorded& recorded) {
+    const bool isRecording = recorded.isRecording;
     m_strip->setVisible(isRecording);
     if (isRecording) {
-        m_strip->showProgress(progress);
+        m_strip->showProgress(recorded.progress, recorded.isPaused);
     }
-    const QString command = isRecording ? tr("Stop recording") : tr("Record with splitting");
+    const QString command = isRecording            ? tr("Stop recording")
+                            : recorded.isSplitting ? tr("Record with splitting")
+                                                   : tr("Record without splitting");
     m_record->setIcon(isRecording ? icon(QStringLiteral("record-stop"), IconTone::OnAccent)
                                   : icon(QStringLiteral("record"), IconTone::Recording));
     m_record->setToolTip(tr("%1 (Ctrl+R)").arg(command));

@@ -36,7 +36,14 @@ class PlayerBar final : public QFrame {
     /// A line of the engine in place of the state, until the state changes.
     void showStatusLine(const QString& text);
     void showElapsed(std::chrono::milliseconds elapsed);
-    void showRecording(bool isRecording, const BASS::RecordingProgress& progress);
+    struct Recorded {
+        bool isRecording = false;
+        bool isPaused = false;
+        BASS::RecordingProgress progress;
+        bool isSplitting = true; ///< what the record button does
+    };
+    void showRecording(const Recorded& recorded);
+    void setPauseButtonShown(bool isShown);
     void showVolume(int percent, bool isMuted);
 
   signals:
@@ -62,6 +69,8 @@ class PlayerBar final : public QFrame {
     ElidedLabel* m_status;
     QLabel* m_elapsed;
     QToolButton* m_play;
+    QToolButton* m_pause;
+    QToolButton* m_live; ///< shown while what is heard lies behind
     MenuToolButton* m_record;
     QToolButton* m_mute;
     QSlider* m_volume;

@@ -20,19 +20,17 @@ constexpr int kNarrow = 520;
 
 } // namespace
 
-RecordingStrip::RecordingStrip(QAction* openFolder, QWidget* parent)
+RecordingStrip::RecordingStrip(const Actions& actions, QWidget* parent)
     : QWidget(parent), m_dot(new QLabel(this)),
       m_file(new ElidedLabel(ElidedLabel::Tone::Strong, this)),
-      m_numbers(new ElidedLabel(ElidedLabel::Tone::Quiet, this)), m_folder(new QToolButton(this)) {
+      m_numbers(new ElidedLabel(ElidedLabel::Tone::Quiet, this)), m_folder(new QToolButton(this)),
+      m_pause(new QToolButton(this)) {
     setObjectName(QStringLiteral("recordingStrip"));
     m_file->setObjectName(QStringLiteral("recordingFile"));
     m_numbers->setObjectName(QStringLiteral("recordingNumbers"));
-    m_folder->setObjectName(QStringLiteral("openRecordingFolder"));
-    m_folder->setDefaultAction(openFolder);
-    m_folder->setText(openFolder->text());
-    m_folder->setAccessibleName(openFolder->text());
-    m_folder->setFocusPolicy(Qt::StrongFocus);
-    m_folder->setMinimumSize(34, 34);
+    setUpButton(m_folder, actions.openFolder, "openRecordingFolder");
+    setUpButton(m_pause, actions.pause, "pauseRecording");
+    m_pause->hide();
     updateDot();
 
     auto* texts = new QVBoxLayout;
@@ -44,14 +42,29 @@ RecordingStrip::RecordingStrip(QAction* openFolder, QWidget* parent)
     layout->setSpacing(10);
     layout->addWidget(m_dot);
     layout->addLayout(texts, 1);
+    layout->addWidget(m_pause);
     layout->addWidget(m_folder);
 }
 
-void RecordingStrip::showProgress(const BASS::RecordingProgress& progress) {
-    m_file->setFullText(progress.path.isEmpty()
-                            ? tr("Recording starts with the first data…")
-                            : tr("Recording: %1").arg(QFileInfo(progress.path).fileName()));
+void RecordingStrip::setUpButton(QToolButton* button, QAction* action, const char* name) {
+    button->setObjectName(QLatin1String(name));
+    button->setDefaultAction(action);
+    button->setAccessibleName(action->text());
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setMinimumSize(34, 34);
+}
+
+void RecordingStrip::setPauseButtonShown(bool isShown) {
+    m_pause->setVisible(isShown);
+}
+
+void RecordingStrip::showProgress(const BASS::RecordingProgress& progress, bool isPaused) {
+    const QString name = QFileInfo(progress.path).fileName();
+    m_file->setFullText(isPaused                  ? tr("Recording paused: %1").arg(name)
+                        : progress.path.isEmpty() ? tr("Recording starts with the first data…")
+                                                  : tr("Recording: %1").arg(name));
     m_numbers->setFullText(recordingText(progress));
+    m_pause->setAccessibleName(m_pause->defaultAction()->text());
 }
 
 void RecordingStrip::resizeEvent(QResizeEvent* event) {

@@ -15,9 +15,15 @@ class RecordingStrip final : public QWidget {
     Q_DISABLE_COPY_MOVE(RecordingStrip)
 
   public:
-    explicit RecordingStrip(QAction* openFolder, QWidget* parent = nullptr);
+    struct Actions {
+        QAction* openFolder;
+        QAction* pause;
+    };
 
-    void showProgress(const BASS::RecordingProgress& progress);
+    explicit RecordingStrip(const Actions& actions, QWidget* parent = nullptr);
+
+    void showProgress(const BASS::RecordingProgress& progress, bool isPaused);
+    void setPauseButtonShown(bool isShown);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -26,9 +32,11 @@ class RecordingStrip final : public QWidget {
 
   private:
     void updateDot();
+    static void setUpButton(QToolButton* button, QAction* action, const char* name);
 
     QLabel* m_dot;
     ElidedLabel* m_file;
     ElidedLabel* m_numbers;
     QToolButton* m_folder;
+    QToolButton* m_pause;
 };

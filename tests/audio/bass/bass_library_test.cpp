@@ -264,5 +264,44 @@ TEST_F(BassCallbacks, StreamsThatTheLibraryFreesAreForgotten) {
     EXPECT_NE(handle, 0U);
 }
 
+/// The library's sound runs through our own effects, and only where there are some.
+TEST_F(BassCallbacks, EffectsAreOursInItsDspFunction) {
+    const auto heardAs = [](std::vector<float> samples) {
+        stub().dsp(77,
+                   100,
+                   samples.data(),
+                   static_cast<bass_stub::Dword>(samples.size() * sizeof(float)),
+                   stub().dspUser);
+        return samples;
+    };
+    stub().dsp = nullptr;
+    const std::vector<float> left{0.5F, 0.0F, 0.25F, 0.0F};
+    const std::vector<float> right{0.0F, 0.5F, 0.0F, 0.25F};
+    const HSTREAM plain = create();
+    EXPECT_TRUE(library->ChannelSetEffects(plain, {}));
+    EXPECT_EQ(stub().dsp, nullptr);
+    EffectSettings swapped;
+    swapped.isSwapped = true;
+    EXPECT_TRUE(library->ChannelSetEffects(plain, swapped));
+    ASSERT_NE(stub().dsp, nullptr);
+    EXPECT_EQ(heardAs(left), right);
+    float autoGain = 1.0F;
+    EXPECT_TRUE(library->ChannelGetAttribute(plain, BASS_ATTRIB_AUTO_GAIN, &autoGain));
+    EXPECT_EQ(autoGain, 0.0F);
+    EXPECT_TRUE(library->StreamFree(plain));
+    EXPECT_EQ(heardAs(left), left);
+    EXPECT_FALSE(library->ChannelSetEffects(plain, swapped));
+    EXPECT_EQ(library->ErrorGetCode(), BASS_ERROR_HANDLE);
+
+    EXPECT_TRUE(library->ChannelSetEffects(0, swapped));
+    ASSERT_NE(create(), 0U);
+    EXPECT_EQ(heardAs(left), right);
+
+    stub().failures["BASS_ChannelSetDSP"] = BASS_ERROR_NOTAVAIL;
+    const HSTREAM refused = create();
+    EXPECT_FALSE(library->ChannelSetEffects(refused, swapped));
+    EXPECT_EQ(library->ErrorGetCode(), BASS_ERROR_NOTAVAIL);
+}
+
 } // namespace
 } // namespace BASS

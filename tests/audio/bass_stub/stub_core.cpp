@@ -178,6 +178,16 @@ BASS_ChannelSetSync(Dword handle, Dword type, Qword param, SyncProc proc, void* 
     return sync;
 }
 
+BASS_STUB_FUNCTION(Dword)
+BASS_ChannelSetDSP(Dword handle, DspProc proc, void* user, int priority) {
+    if (!began("BASS_ChannelSetDSP", list(handle, priority)))
+        return 0;
+    const std::lock_guard lock(state().mutex);
+    state().dsp = proc;
+    state().dspUser = user;
+    return 77;
+}
+
 BASS_STUB_FUNCTION(int) BASS_ChannelRemoveSync(Dword handle, Dword sync) {
     return truth("BASS_ChannelRemoveSync", list(handle, sync));
 }

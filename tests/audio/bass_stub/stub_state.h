@@ -23,6 +23,7 @@ using Dword = std::uint32_t;
 using Qword = std::uint64_t;
 using DownloadProc = void(BASS_CALL*)(const void*, Dword, void*);
 using SyncProc = void(BASS_CALL*)(Dword sync, Dword channel, Dword data, void* user);
+using DspProc = void(BASS_CALL*)(Dword dsp, Dword channel, void*, Dword length, void* user);
 using EncodeProc = void(BASS_CALL*)(Dword, Dword channel, const void*, Dword length, void* user);
 using EncodeProcEx =
     void(BASS_CALL*)(Dword, Dword channel, const void*, Dword length, Qword offset, void* user);
@@ -58,6 +59,8 @@ struct State {
     std::map<Dword, const void*> pointers; ///< by option
     DownloadProc download = nullptr;
     void* downloadUser = nullptr;
+    DspProc dsp = nullptr;
+    void* dspUser = nullptr;
     std::vector<Sync> syncs;
     std::vector<Encoder> encoders;
     /// What an encoder still hands out when it is stopped with its queue.
