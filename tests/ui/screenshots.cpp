@@ -6,6 +6,7 @@
 #include "ui/theme/wavelark_style.h"
 #include "ui/window_fixture.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 
@@ -103,7 +104,10 @@ void take(const Shot& shot, const QDir& folder) {
     QTest::qWait(200);
     shot.act(scene);
     QTest::qWait(400);
-    scene.window->grab().save(folder.filePath(QLatin1String(shot.name) + QLatin1String(".png")));
+    QWidget* const dialog = QApplication::activeModalWidget();
+    (dialog != nullptr ? dialog : scene.window.get())
+        ->grab()
+        .save(folder.filePath(QLatin1String(shot.name) + QLatin1String(".png")));
 }
 
 void error(Scene& scene) {
@@ -119,6 +123,21 @@ void logPage(Scene& scene) {
     emit scene.player.sig_logLine(QStringLiteral("The connection to the station was lost"), true);
     emit scene.player.sig_logLine(QStringLiteral("Connecting first try..."), false);
     scene.window->commands().pages.last()->trigger();
+}
+
+/// A page of the settings dialog, by its number.
+std::function<void(Scene&)> settingsPage(int number) {
+    return [number](Scene& scene) {
+        scene.window->commands().settings->trigger();
+        QApplication::activeModalWidget()->findChild<QTabWidget*>()->setCurrentIndex(number);
+    };
+}
+
+void pattern(Scene& scene) {
+    settingsPage(3)(scene);
+    QApplication::activeModalWidget()
+        ->findChild<QAbstractButton*>(QStringLiteral("editSplit"))
+        ->click();
 }
 
 } // namespace
@@ -162,6 +181,10 @@ int main(int argc, char** argv) {
          }},
         {"narrow-light", ThemeChoice::Light, {320, 560}, true, record},
         {"narrow-error", ThemeChoice::Dark, {320, 560}, true, error},
+        {"settings-recording", ThemeChoice::Light, {900, 560}, true, settingsPage(3)},
+        {"settings-encoding", ThemeChoice::Dark, {900, 560}, true, settingsPage(4)},
+        {"pattern-light", ThemeChoice::Light, {900, 560}, true, pattern},
+        {"pattern-dark", ThemeChoice::Dark, {900, 560}, true, pattern},
         {"wide-light", ThemeChoice::Light, {1500, 700}, true, record},
     };
     for (const Shot& shot : shots) {
