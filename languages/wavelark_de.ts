@@ -658,6 +658,18 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <source>&amp;Swap left and right</source>
         <translation>Links und &amp;rechts tauschen</translation>
     </message>
+    <message>
+        <source>P&amp;ause</source>
+        <translation>An&amp;halten</translation>
+    </message>
+    <message>
+        <source>&amp;Go to live</source>
+        <translation>Zum Li&amp;vesignal</translation>
+    </message>
+    <message>
+        <source>&amp;Go on</source>
+        <translation>&amp;Weiter</translation>
+    </message>
 </context>
 <context>
     <name>ConsoleReporter</name>
@@ -1120,6 +1132,10 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>Record without splitting</source>
         <translation>Ohne Teilen aufnehmen</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 hinter live</translation>
     </message>
 </context>
 <context>

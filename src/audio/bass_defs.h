@@ -104,6 +104,8 @@ constexpr DWORD BASS_TAG_HTTP = 3; ///< header lines, same layout
 constexpr DWORD BASS_TAG_ICY = 4;  ///< "icy-name:..." header lines, same layout
 constexpr DWORD BASS_TAG_META = 5; ///< the ICY title block that is heard now, zero-terminated
 
+constexpr DWORD BASS_TAG_MP4 = 7; ///< as BASS_TAG_OGG
+constexpr DWORD BASS_TAG_WMA = 8; ///< as BASS_TAG_OGG
 constexpr DWORD BASS_TAG_HLS_EXTINF =
     0x14000; ///< what the playlist says of the segment, "10.0,Artist - Title" for example
 

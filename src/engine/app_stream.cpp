@@ -66,6 +66,7 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_reconnectAttempt = 0;
     m_kind = BASS::StreamKind::None;
     m_playedAddress = station.playUrl();
+    m_shift.reset();
     m_splitDelayMs = station.splitDelayMs;
     setStation(station);
     recallAutoGain();
@@ -98,6 +99,7 @@ void AppStream::stop() {
     CancelConnect();
     m_reconnectTimer.stop();
     stopRecording();
+    m_shift.reset();
     const bool wasConnecting =
         m_state == PlayState::Connecting || m_state == PlayState::Reconnecting;
     disconnectChannels(settings().fadeOut);
@@ -198,6 +200,8 @@ StreamInfo AppStream::streamInfo() {
     info.genre = headers.genre;
     info.website = headers.website;
     info.bitrate = headers.bitrate;
+    info.isPaused = isPaused();
+    info.behindLiveMs = static_cast<int>(behindLive().count());
     const DWORD handle = GetHandle();
     BASS::BASS_CHANNELINFO channel{};
     if (handle == 0 || !library().ChannelGetInfo(handle, &channel))
@@ -313,13 +317,12 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
     m_playedAddress = channel.connect->address();
-    const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
-                                                         BASS::BASS_ACTIVE_PLAYING;
-    if (isOldHeard) {
+    const DWORD activity = m_current.handle != 0 ? library().ChannelIsActive(m_current.handle) : 0;
+    if (activity == BASS::BASS_ACTIVE_PLAYING || activity == BASS::BASS_ACTIVE_PAUSED) {
         // what the lost connection still had in its buffer is heard to its end
-        m_next = channel;
+        freeChannel(std::exchange(m_next, channel));
         m_connectedAt = steadyNow();
-        setState(PlayState::Playing);
+        setState(m_shift.isPaused() ? PlayState::Paused : PlayState::Playing);
         return;
     }
     startPlaying(channel, m_current.handle != 0 ? kReconnectFadeMs : -1);
@@ -377,7 +380,7 @@ void AppStream::connectionLost(unsigned channel) {
 }
 
 void AppStream::scheduleReconnect() {
-    if (!m_recorder.isRunning() && outage() > BASS::kPatience) {
+    if (!m_recorder.isRunning() && outage() > settings().patience) {
         giveUp(tr("The station did not come back"));
         return;
     }

@@ -3,6 +3,7 @@
 #include "engine/channel_encoder.h"
 #include "engine/engine_types.h"
 #include "engine/stream.h"
+#include "engine/time_shift.h"
 #include "recording/stream_recorder.h"
 
 #include <QHash>
@@ -32,6 +33,17 @@ class AppStream : public BASS::Stream {
     void play(const BASS::StationRecord& station);
     /// Fades out and disconnects; ends a connect under way within 200 ms; ends a recording.
     void stop();
+
+    /// A paused station keeps on being received, up to 32 MB (half an hour of 128 kbit/s); what
+    /// came first is lost then. Playing goes on where it was paused. Nothing happens where nothing
+    /// plays.
+    void setPaused(bool isPaused);
+    [[nodiscard]] bool isPaused() const { return m_shift.isPaused(); }
+    [[nodiscard]] bool canPause() const;
+    /// How far a live station is heard behind what it sends; 0: live.
+    [[nodiscard]] std::chrono::milliseconds behindLive() const;
+    /// Goes on with what the station sends now; also out of a pause.
+    void jumpToLive();
 
     [[nodiscard]] PlayState playState() const { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const { return m_station; }
@@ -120,6 +132,7 @@ class AppStream : public BASS::Stream {
     std::chrono::milliseconds m_lostAt{0}; ///< steady, begin of the last outage; 0: there was none
     std::chrono::milliseconds m_connectedAt{0};
     int m_reconnectAttempt = 0;
+    BASS::TimeShift m_shift;
     QTimer m_reconnectTimer;
     QTimer m_infoTimer;
     std::atomic<unsigned> m_splitDelayMs{0}; ///< the station's own

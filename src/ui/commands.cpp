@@ -33,6 +33,7 @@ Commands::Commands(const Controllers& controllers,
     shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
     about = make(tr("&About Wavelark"), {}, {});
     connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);
+    connect(&controllers.player, &Player::sig_streamInfoChanged, this, &Commands::update);
     connect(&controllers.record, &RecordController::sig_changed, this, &Commands::update);
     connect(&controllers.volume, &VolumeController::sig_changed, this, &Commands::update);
     connect(&controllers.sound, &SoundController::sig_changed, this, &Commands::updateEffects);
@@ -57,8 +58,16 @@ void Commands::makePlay() {
     playLast = make(tr("Play &last station"),
                     QStringLiteral("history"),
                     QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    pause = make(
+        tr("P&ause"), QStringLiteral("pause"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Space));
+    goLive = make(
+        tr("&Go to live"), QStringLiteral("live"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_L));
     quit = make(tr("&Quit"), {}, QKeySequence(Qt::CTRL + Qt::Key_Q));
     connect(playStop, &QAction::triggered, &m_controllers.play, &PlayController::toggle);
+    connect(pause, &QAction::triggered, this, [this] {
+        m_controllers.player.setPaused(!m_controllers.player.streamInfo().isPaused);
+    });
+    connect(goLive, &QAction::triggered, &m_controllers.player, &Player::jumpToLive);
     connect(playLast, &QAction::triggered, &m_controllers.play, &PlayController::playLast);
 }
 
@@ -192,6 +201,12 @@ void Commands::update() {
     const bool isActiveNow = isActive(m_controllers.player.playState());
     playStop->setText(isActiveNow ? tr("&Stop") : tr("&Play"));
     playStop->setIcon(icon(isActiveNow ? QStringLiteral("stop") : QStringLiteral("play")));
+    const StreamInfo stream = m_controllers.player.streamInfo();
+    pause->setText(stream.isPaused ? tr("&Go on") : tr("P&ause"));
+    pause->setIcon(icon(stream.isPaused ? QStringLiteral("play") : QStringLiteral("pause")));
+    const PlayState state = m_controllers.player.playState();
+    pause->setEnabled(state == PlayState::Playing || state == PlayState::Paused);
+    goLive->setEnabled(isActiveNow && stream.behindLiveMs > 0);
     const bool isRecording = m_controllers.record.isRecording();
     const bool canStart = m_controllers.record.canStart();
     recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));

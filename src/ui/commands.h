@@ -38,6 +38,8 @@ class Commands final : public QObject {
 
     QAction* playStop;
     QAction* playLast;
+    QAction* pause;  ///< "Pause" or "Go on", as it stands
+    QAction* goLive; ///< enabled where what is heard lies behind
     QAction* openAddress;
     QAction* quit;
     QAction* recordToggle; ///< "Record" or "Stop recording", as it stands

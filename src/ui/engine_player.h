@@ -19,6 +19,8 @@ class EnginePlayer final : public Player {
 
     void play(const BASS::StationRecord& station) override;
     void stop() override { m_engine.stop(); }
+    void setPaused(bool isPaused) override { m_engine.setPaused(isPaused); }
+    void jumpToLive() override { m_engine.jumpToLive(); }
     [[nodiscard]] PlayState playState() const override { return m_engine.playState(); }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_engine.station(); }
     [[nodiscard]] BASS::Song song() const override { return m_engine.song(); }

@@ -20,6 +20,8 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     QMenu* station = add(MainMenu::tr("&Station"));
     station->addActions({commands.openAddress, commands.playStop, commands.playLast});
     station->addSeparator();
+    station->addActions({commands.pause, commands.goLive});
+    station->addSeparator();
     station->addAction(commands.quit);
 
     QMenu* recording = add(MainMenu::tr("&Recording"));

@@ -24,6 +24,11 @@ class Player : public QObject {
     /// Ends playing, a connect under way, and a recording.
     virtual void stop() = 0;
 
+    /// What a paused station sends is kept for later; see streamInfo() for how far one is behind.
+    virtual void setPaused(bool isPaused) = 0;
+    /// Goes on with what the station sends now.
+    virtual void jumpToLive() = 0;
+
     [[nodiscard]] virtual PlayState playState() const = 0;
     [[nodiscard]] virtual const BASS::StationRecord& station() const = 0;
     [[nodiscard]] virtual BASS::Song song() const = 0;

@@ -179,6 +179,7 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"RestartRetries", &AppSettings::RestartRetries, 2},
     {"TimeoutValue", &AppSettings::TimeoutValue, 10},
     {"WaitReconnectSeconds", &AppSettings::WaitReconnectSeconds, 2},
+    {"ReconnectMinutes", &AppSettings::ReconnectMinutes, 10},
     {"UpdateInterval", &AppSettings::UpdateInterval, 75},
     {"RecMode", &AppSettings::RecMode, 0},
     {"RecordingMode", &AppSettings::RecordingMode, 0},

@@ -3,6 +3,8 @@
 #include "engine/reconnect_policy.h"
 #include "engine/sound_options.h"
 #include "engine/stream_headers.h"
+#include "engine/time_shift.h"
+#include "engine/title_damper.h"
 #include "engine/track_change.h"
 
 #include <gtest/gtest.h>
@@ -82,7 +84,7 @@ TEST(LibraryErrors, FirstRowOfACodeWins) {
 }
 
 TEST(ReconnectPolicy, IsQuickAtFirstAndPatientLater) {
-    EXPECT_LE(reconnectPause(1, 0s), 100ms);
+    EXPECT_EQ(reconnectPause(1, 0s), 500ms);
     EXPECT_LE(reconnectPause(9, 25s), 500ms);
     EXPECT_EQ(reconnectPause(99, 1h), 30s);
     auto last = 0ms;
@@ -91,6 +93,41 @@ TEST(ReconnectPolicy, IsQuickAtFirstAndPatientLater) {
         EXPECT_GE(pause, last);
         last = pause;
     }
+}
+
+TEST(TimeShiftTest, AddsUpThePauses) {
+    TimeShift shift;
+    EXPECT_EQ(shift.behind(99s), 0s);
+    shift.pause(100s);
+    shift.pause(103s); // once more changes nothing
+    EXPECT_EQ(shift.behind(110s), 10s);
+    shift.resume(110s);
+    EXPECT_EQ(shift.behind(500s), 10s);
+    shift.pause(500s);
+    EXPECT_EQ(shift.behind(505s), 15s);
+    shift.reset();
+    EXPECT_FALSE(shift.isPaused());
+    EXPECT_EQ(shift.behind(600s), 0s);
+}
+
+TEST(TitleDamperTest, ASloganCutsOnce) {
+    TitleDamper damper;
+    const auto isTrack = [&damper](const char* track, std::chrono::seconds at) {
+        const QString text = QString::fromLatin1(track);
+        const bool isNew = !damper.isInterjection(text, at);
+        if (isNew)
+            damper.accept(text, at);
+        return isNew;
+    };
+    EXPECT_TRUE(isTrack("Song 1", 0s));
+    EXPECT_TRUE(isTrack("Best hits!", 60s)); // could be a song
+    EXPECT_TRUE(isTrack("Song 1", 70s));     // now it is known for what it is
+    EXPECT_FALSE(isTrack("Best hits!", 100s));
+    EXPECT_TRUE(isTrack("Song 2", 300s));
+    EXPECT_FALSE(isTrack("Best hits!", 310s));
+    EXPECT_TRUE(isTrack("Song 1", 500s));
+    EXPECT_TRUE(isTrack("Song 2", 700s)); // two songs in turn are two songs
+    EXPECT_TRUE(isTrack("Song 1", 900s));
 }
 
 TEST(StreamHeadersTest, ReadsWhatStationsSay) {

@@ -35,6 +35,19 @@ class DemoPlayer final : public Player {
         m_song = {};
         setState(PlayState::Stopped);
     }
+    void setPaused(bool isPaused) override {
+        calls.append(isPaused ? QStringLiteral("pause station") : QStringLiteral("go on"));
+        m_info.isPaused = isPaused;
+        setState(isPaused ? PlayState::Paused : PlayState::Playing);
+        emit sig_streamInfoChanged(m_info);
+    }
+    void jumpToLive() override {
+        calls.append(QStringLiteral("live"));
+        m_info.isPaused = false;
+        m_info.behindLiveMs = 0;
+        setState(PlayState::Playing);
+        emit sig_streamInfoChanged(m_info);
+    }
     [[nodiscard]] PlayState playState() const override { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_station; }
     [[nodiscard]] BASS::Song song() const override { return m_song; }

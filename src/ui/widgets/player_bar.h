@@ -71,6 +71,8 @@ class PlayerBar final : public QFrame {
     ElidedLabel* m_status;
     QLabel* m_elapsed;
     QToolButton* m_play;
+    QToolButton* m_pause;
+    QToolButton* m_live; ///< shown while what is heard lies behind
     MenuToolButton* m_record;
     PeakMeter* m_meter;
     QToolButton* m_mute;
