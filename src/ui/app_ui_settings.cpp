@@ -148,6 +148,7 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.attempts = std::max(1, m_settings.Retries());
     engine.isPlaylistChecked = m_settings.ParsePlaylistFile();
     engine.timeoutSeconds = m_settings.TimeoutValue();
+    engine.patience = std::chrono::minutes(std::max(1, m_settings.ReconnectMinutes()));
     engine.fadeIn = std::chrono::seconds(m_settings.FadeInValue());
     engine.fadeOut = std::chrono::seconds(m_settings.FadeOutValue());
     if (!m_settings.DoNotUseRecBuffer())
