@@ -44,6 +44,7 @@ function(wavelark_test)
     target_link_libraries(test_${ARG_NAME} PRIVATE ${ARG_LINK} wl_test_support GTest::gmock)
     gtest_discover_tests(test_${ARG_NAME}
         DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 180 LABELS "${ARG_NAME};${ARG_LABELS}"
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;SDL_AUDIODRIVER=dummy")
 endfunction()

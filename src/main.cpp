@@ -14,6 +14,7 @@
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/termination_signals.h"
+#include "platform/windows_theme_watcher.h"
 #include "stations/played_stations.h"
 #include "ui/all_skylark_radio.h"
 #include "ui/app_ui_settings.h"
@@ -22,6 +23,7 @@
 #include "ui/engine_player.h"
 #include "ui/single_application.h"
 #include "ui/startup_actions.h"
+#include "ui/theme/desktop_theme.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/wavelark_style.h"
 
@@ -87,6 +89,8 @@ int runWindow(QT_EXT::SingleApplication& app,
     const SystemClock clock;
     AppUiSettings preferences(settings);
     QApplication::setFont(preferences.applicationFont());
+    const WindowsThemeWatcher desktop;
+    followDesktopTheme(desktop);
     WavelarkStyle::install(preferences.theme());
 
     AppDeviceStream engine(provider.value().library);

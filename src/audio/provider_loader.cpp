@@ -17,7 +17,7 @@ QString moduleOf(QLatin1String provider) {
     return QStringLiteral("wavelark_") + provider;
 }
 
-/// Why a module that is here makes no library. It is taken out of the process again.
+/// Why a module that is here makes no library. It is of no use any more.
 QString refusalOf(QLibrary& module) {
     const auto refusal =
         reinterpret_cast<AudioLibraryRefusalProc*>(module.resolve(kAudioLibraryRefusalSymbol));

@@ -1,6 +1,7 @@
 #include "recording/cut_writer.h"
 
 #include "recording/flac_cut_writer.h"
+#include "recording/m4a_cut_writer.h"
 #include "recording/mp3_cut_writer.h"
 #include "recording/ogg_cut_writer.h"
 #include "recording/plain_cut_writer.h"
@@ -14,6 +15,8 @@ std::unique_ptr<CutWriter> makeCutWriter(ByteSink& sink, CutStart start) {
         return std::make_unique<OggCutWriter>(sink, start.before, start.serial);
     if (start.format == StreamFormat::Flac)
         return std::make_unique<FlacCutWriter>(sink);
+    if (start.format == StreamFormat::Adts && start.isM4a)
+        return std::make_unique<M4aCutWriter>(sink, start.before);
     return std::make_unique<PlainCutWriter>(sink);
 }
 

@@ -36,6 +36,7 @@ class CutWriter {
 struct CutStart {
     StreamFormat format = StreamFormat::Unknown;
     bool isMp3ByteExact = false;
+    bool isM4a = false;  ///< ADTS frames go into an M4A file
     FrameHistory before; ///< what lies directly before the first frame
     quint32 serial = 0;  ///< Ogg: of the first logical stream; further ones count up
 };

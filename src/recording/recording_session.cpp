@@ -1,6 +1,7 @@
 #include "recording/recording_session.h"
 
 #include "base/log.h"
+#include "recording/m4a_cut_writer.h"
 #include "recording/ogg_link.h"
 #include "recording/recording_path.h"
 #include "recording/stream_format.h"
@@ -331,6 +332,10 @@ void RecordingSession::openFile(const AudioFrame& first) {
     start.format = m_format;
     start.serial = QRandomGenerator::global()->generate();
     start.isMp3ByteExact = m_options.isMp3CutByteExact;
+    start.isM4a =
+        m_options.isM4aUsed && m_format == StreamFormat::Adts && M4aCutWriter::canWrite(first);
+    const QString extension =
+        start.isM4a ? QStringLiteral("m4a") : streamExtension(m_format, first);
     const bool isSameStream = first.stream == m_fileStream && m_format == m_fileFormat;
     if (!first.followsGap && isSameStream)
         start.before = m_history.preRoll();
@@ -339,7 +344,7 @@ void RecordingSession::openFile(const AudioFrame& first) {
     m_fileFrames = 0;
     if (!checkSpace())
         return;
-    if (m_record.open(freePath(streamExtension(m_format, first)), m_song, std::move(start))) {
+    if (m_record.open(freePath(extension), m_song, std::move(start))) {
         m_paths << m_record.recording().path();
         qCInfo(lcRecording) << "RecordingSession::openFile path=" << m_paths.last();
         m_fileStarted = m_clock.now();

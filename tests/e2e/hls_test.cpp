@@ -56,12 +56,17 @@ TEST(Hls, LiveStationsAreSplitByTheirTitles) {
         const char* what;
         QVector<HlsPiece> pieces;
         const char* path;
+        const char* suffix;
     } cases[] = {
         {"transport streams",
          announced(hlsPieces(kAac, QStringLiteral("mpegts"), kSeconds)),
-         "/live.m3u8"},
-        {"packed audio behind a master playlist", tagged(), "/master.m3u8"},
-        {"fragments", announced(hlsPieces(kAac, QStringLiteral("fmp4"), kSeconds)), "/live.m3u8"},
+         "/live.m3u8",
+         "m4a"},
+        {"packed audio behind a master playlist", tagged(), "/master.m3u8", "aac"},
+        {"fragments",
+         announced(hlsPieces(kAac, QStringLiteral("fmp4"), kSeconds)),
+         "/live.m3u8",
+         "m4a"},
     };
     struct Run {
         explicit Run(const HlsScript& script) : station(script) {}
@@ -74,6 +79,9 @@ TEST(Hls, LiveStationsAreSplitByTheirTitles) {
         script.pieces = c.pieces;
         script.isLive = true;
         Run& run = *runs.emplace_back(std::make_unique<Run>(script));
+        const bool isM4a = QByteArray(c.suffix) == "m4a";
+        run.program.setSetting(QStringLiteral("UseM4AForAAC"),
+                               isM4a ? QStringLiteral("true") : QStringLiteral("false"));
         run.program.start({QStringLiteral("/url=") + run.station.url(QString::fromLatin1(c.path)),
                            QStringLiteral("/name=Segments"),
                            QStringLiteral("/action=Record (Split)"),
@@ -92,7 +100,7 @@ TEST(Hls, LiveStationsAreSplitByTheirTitles) {
             const QFileInfo info(path);
             EXPECT_TRUE(info.fileName().startsWith(QStringLiteral("Artist - Song ")))
                 << path.toStdString();
-            EXPECT_EQ(info.suffix(), QStringLiteral("aac"));
+            EXPECT_EQ(info.suffix(), QLatin1String(c.suffix));
             EXPECT_EQ(media::decodeErrors(path), QString()) << path.toStdString();
             EXPECT_EQ(media::probe(path, QStringLiteral("stream=codec_name")),
                       QStringLiteral("aac"));

@@ -14,7 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -38,17 +37,7 @@ bool waitUntil(const std::function<bool()>& condition, std::chrono::seconds limi
 class InstancesTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        const QFileInfo built(QStringLiteral(WAVELARK_PROGRAM));
-        const QFileInfoList files =
-            built.dir().entryInfoList({QStringLiteral("*wavelark*")}, QDir::Files);
-        for (const QFileInfo& file : files) {
-            const QString copy = folder.filePath(file.fileName());
-            std::error_code failed;
-            std::filesystem::create_hard_link(
-                file.filePath().toStdU16String(), copy.toStdU16String(), failed);
-            ASSERT_TRUE(!failed || QFile::copy(file.filePath(), copy)) << copy.toStdString();
-        }
-        program = folder.filePath(built.fileName());
+        program = copyOfProgram(folder.path());
         ASSERT_TRUE(QFileInfo::exists(program));
 
         StationScript script;

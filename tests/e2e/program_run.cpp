@@ -9,6 +9,25 @@
 #include <QSettings>
 
 #include <algorithm>
+#include <filesystem>
+
+bool putFiles(const QString& from, const QString& pattern, const QString& to) {
+    const QFileInfoList files = QDir(from).entryInfoList({pattern}, QDir::Files);
+    const auto put = [&to](const QFileInfo& file) {
+        const QString copy = QDir(to).filePath(file.fileName());
+        std::error_code failed;
+        std::filesystem::create_hard_link(
+            file.filePath().toStdU16String(), copy.toStdU16String(), failed);
+        return !failed || QFile::copy(file.filePath(), copy);
+    };
+    return !files.isEmpty() && std::all_of(files.begin(), files.end(), put);
+}
+
+QString copyOfProgram(const QString& folder) {
+    const QFileInfo built(QStringLiteral(WAVELARK_PROGRAM));
+    const bool isThere = putFiles(built.path(), QStringLiteral("*wavelark*"), folder);
+    return isThere ? QDir(folder).filePath(built.fileName()) : QString();
+}
 
 ProgramRun::ProgramRun() : m_environment(QProcessEnvironment::systemEnvironment()) {
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
@@ -61,6 +80,17 @@ bool ProgramRun::waitForOutput(const QString& text, std::chrono::seconds limit) 
         if (timer.elapsed() > limit.count() * 1000 || m_process.state() == QProcess::NotRunning)
             return false;
         m_process.waitForReadyRead(100);
+    }
+    return true;
+}
+
+bool ProgramRun::waitForLog(const QString& text, std::chrono::seconds limit) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!log().contains(text)) {
+        if (timer.elapsed() > limit.count() * 1000 || m_process.state() == QProcess::NotRunning)
+            return false;
+        m_process.waitForReadyRead(20);
     }
     return true;
 }

@@ -6,6 +6,13 @@
 
 #include <chrono>
 
+/// Puts the files of the folder that fit the pattern into another: as links where that goes.
+/// False where one of them cannot be put there or there is none.
+bool putFiles(const QString& from, const QString& pattern, const QString& to);
+
+/// The program with its libraries in a folder of its own: its path, empty where that fails.
+QString copyOfProgram(const QString& folder);
+
 /// The real program, without display and sound, in a data folder of its own.
 class ProgramRun {
   public:
@@ -27,6 +34,8 @@ class ProgramRun {
     bool waitForEnd(std::chrono::seconds limit);
     /// Waits until what it printed contains the text.
     bool waitForOutput(const QString& text, std::chrono::seconds limit);
+    /// The same for its log file.
+    bool waitForLog(const QString& text, std::chrono::seconds limit);
     void kill();
     /// Asks it to end in order.
     void terminate() { m_process.terminate(); }

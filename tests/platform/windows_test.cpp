@@ -1,3 +1,5 @@
+#include "platform/keep_awake.h"
+#include "platform/named_mapping.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/special_folders.h"
@@ -14,74 +16,86 @@
 #include <windows.h>
 
 namespace {
-constexpr const wchar_t* kTestRoot = L"Software\\Wavelark-Tests";
+/// A key of this process: other tests run beside it.
+QString testRoot() {
+    return QStringLiteral("Software\\Wavelark-Tests-%1").arg(GetCurrentProcessId());
+}
 
-LSTATUS createKey(const wchar_t* name) {
+const wchar_t* wide(const QString& text) {
+    return reinterpret_cast<const wchar_t*>(text.utf16());
+}
+
+/// Not inline: the compiler takes the address of an import for a constant and would go on using the
+/// one from before the guard.
+[[gnu::noinline]] LSTATUS createKey(const QString& name) {
     HKEY key = nullptr;
-    const LSTATUS status =
-        RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr);
+    const LSTATUS status = RegCreateKeyExW(
+        HKEY_CURRENT_USER, wide(name), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr);
     if (key != nullptr)
         RegCloseKey(key);
     return status;
 }
 
-bool keyExists(const wchar_t* name) {
+bool keyExists(const QString& name) {
     HKEY key = nullptr;
-    const bool isThere = RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ, &key) == ERROR_SUCCESS;
+    const bool isThere =
+        RegOpenKeyExW(HKEY_CURRENT_USER, wide(name), 0, KEY_READ, &key) == ERROR_SUCCESS;
     if (key != nullptr)
         RegCloseKey(key);
     return isThere;
 }
 
 void setTheme(DWORD isLight) {
-    RegSetKeyValueW(
-        HKEY_CURRENT_USER, kTestRoot, L"AppsUseLightTheme", REG_DWORD, &isLight, sizeof isLight);
+    RegSetKeyValueW(HKEY_CURRENT_USER,
+                    wide(testRoot()),
+                    L"AppsUseLightTheme",
+                    REG_DWORD,
+                    &isLight,
+                    sizeof isLight);
 }
 
 /// A key of this test, gone again at its end.
 class WindowsPlatform : public testing::Test {
   protected:
-    void SetUp() override { ASSERT_EQ(createKey(kTestRoot), ERROR_SUCCESS); }
-    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, kTestRoot); }
+    void SetUp() override { ASSERT_EQ(createKey(testRoot()), ERROR_SUCCESS); }
+    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, wide(testRoot())); }
 };
 } // namespace
 
 TEST_F(WindowsPlatform, RegistryGuardRefusesTheToolkitsKeys) {
     // Before: the same names are let through, so that a refusal below is the guard's.
-    ASSERT_EQ(createKey(L"Software\\Wavelark-Tests\\Trolltech before"), ERROR_SUCCESS);
+    ASSERT_EQ(createKey(testRoot() + QStringLiteral("\\Trolltech before")), ERROR_SUCCESS);
     EXPECT_GE(installRegistryGuard(), 2); // this program and the toolkit's core
     EXPECT_EQ(installRegistryGuard(), 0);
 
     const struct {
-        const wchar_t* name;
+        const char* name;
         LSTATUS expected;
     } cases[] = {
-        {L"Software\\Wavelark-Tests\\Trolltech", 1},
-        {L"Software\\Wavelark-Tests\\OrganizationDefaults\\Trolltech\\Cache", 1},
-        {L"Software\\Wavelark-Tests\\xTrolltechx", 1},
-        {L"Software\\Wavelark-Tests\\trolltech", ERROR_SUCCESS}, // the letter case counts
-        {L"Software\\Wavelark-Tests\\Other", ERROR_SUCCESS},
+        {"Trolltech", 1},
+        {"OrganizationDefaults\\Trolltech\\Cache", 1},
+        {"xTrolltechx", 1},
+        {"TROLLTECH", ERROR_SUCCESS}, // the letter case counts
+        {"Other", ERROR_SUCCESS},
     };
     for (const auto& c : cases) {
-        const bool wasThere = keyExists(c.name);
-        EXPECT_EQ(createKey(c.name), c.expected) << QString::fromWCharArray(c.name).toStdString();
-        EXPECT_EQ(keyExists(c.name), c.expected == ERROR_SUCCESS || wasThere);
+        const QString name = testRoot() + QLatin1Char('\\') + QLatin1String(c.name);
+        EXPECT_EQ(createKey(name), c.expected) << c.name;
+        EXPECT_EQ(keyExists(name), c.expected == ERROR_SUCCESS) << c.name;
     }
     // The toolkit's own writes take the same way.
     for (const auto& [group, isWritten] : {std::pair{QStringLiteral("Trolltech Q"), false},
                                            std::pair{QStringLiteral("Toolkit"), true}}) {
-        QSettings settings(QStringLiteral("HKEY_CURRENT_USER\\Software\\Wavelark-Tests\\") + group,
-                           QSettings::NativeFormat);
+        const QString name = testRoot() + QLatin1Char('\\') + group;
+        QSettings settings(QStringLiteral("HKEY_CURRENT_USER\\") + name, QSettings::NativeFormat);
         settings.setValue(QStringLiteral("value"), 1);
         settings.sync();
-        const std::wstring name =
-            (QStringLiteral("Software\\Wavelark-Tests\\") + group).toStdWString();
-        EXPECT_EQ(keyExists(name.c_str()), isWritten) << group.toStdString();
+        EXPECT_EQ(keyExists(name), isWritten) << group.toStdString();
     }
 }
 
 TEST_F(WindowsPlatform, ThemeIsReadAndWatched) {
-    const QString source = QStringLiteral("Software\\Wavelark-Tests");
+    const QString source = testRoot();
     EXPECT_EQ(WindowsThemeWatcher(source).scheme(), WindowsThemeWatcher::Scheme::Unknown);
     setTheme(1);
     WindowsThemeWatcher watcher(source);
@@ -110,6 +124,42 @@ TEST_F(WindowsPlatform, FoldersAndUserAreKnown) {
     EXPECT_EQ(userName(), user);
     qputenv("USERNAME", before);
     EXPECT_FALSE(programArguments(0, nullptr).isEmpty());
+}
+
+TEST_F(WindowsPlatform, KeepAwakeAsksTheSystem) {
+    const auto isAsked = [] { // each call answers with what was asked for before it
+        const EXECUTION_STATE state = SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED);
+        SetThreadExecutionState(state);
+        return (state & ES_CONTINUOUS) != 0 && (state & ES_SYSTEM_REQUIRED) != 0;
+    };
+    SetThreadExecutionState(ES_CONTINUOUS);
+    {
+        KeepAwake awake;
+        EXPECT_FALSE(isAsked());
+        awake.setActive(true);
+        EXPECT_TRUE(isAsked());
+        awake.setActive(false);
+        EXPECT_FALSE(isAsked());
+        awake.setActive(true);
+    }
+    EXPECT_FALSE(isAsked());
+}
+
+/// The recording buffer has a name in the system, backed by its paging file.
+TEST_F(WindowsPlatform, MappingIsSharedByItsName) {
+    auto made = NamedMapping::create(QStringLiteral("map_wavelark-test"), 100000);
+    ASSERT_TRUE(made) << made.error().toStdString();
+    made.value().data()[99999] = 'x';
+    const HANDLE other = OpenFileMappingW(FILE_MAP_READ, FALSE, L"map_wavelark-test");
+    ASSERT_NE(other, nullptr);
+    const auto* const view =
+        static_cast<const char*>(MapViewOfFile(other, FILE_MAP_READ, 0, 0, 100000));
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view[99999], 'x');
+    // a second one of the name would mix two stations
+    EXPECT_FALSE(NamedMapping::create(QStringLiteral("map_wavelark-test"), 100000));
+    UnmapViewOfFile(view);
+    CloseHandle(other);
 }
 
 /// A path longer than the 260 characters of old.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QStringList>
 
 /// What tests need of the system that Qt does not give; one implementation each for Linux and
 /// Windows beside this.
@@ -12,5 +12,8 @@ void makeCloseReset(qintptr socketDescriptor);
 /// Bytes of the standard input as they are, as soon as there are any. 0 at the end, negative on
 /// failure.
 qint64 readStandardInput(char* data, unsigned size);
+
+/// The files of the libraries that a running process has loaded; empty where that cannot be seen.
+QStringList loadedLibraries(qint64 processId);
 
 } // namespace test_system

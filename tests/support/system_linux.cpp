@@ -1,5 +1,7 @@
 #include "support/system.h"
 
+#include <QFile>
+
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -12,6 +14,19 @@ void makeCloseReset(qintptr socketDescriptor) {
 
 qint64 readStandardInput(char* data, unsigned size) {
     return ::read(STDIN_FILENO, data, size);
+}
+
+QStringList loadedLibraries(qint64 processId) {
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(processId)); // proc(5): the path comes last
+    QStringList paths;
+    if (maps.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : maps.readAll().split('\n')) {
+            if (line.contains('/'))
+                paths << QString::fromLocal8Bit(line.mid(line.indexOf('/')));
+        }
+    }
+    paths.removeDuplicates();
+    return paths;
 }
 
 } // namespace test_system

@@ -4,7 +4,11 @@
 // clang-format off
 #include <winsock2.h>
 #include <windows.h>
+#include <psapi.h>
 // clang-format on
+
+#include <algorithm>
+#include <array>
 
 namespace test_system {
 
@@ -23,6 +27,27 @@ qint64 readStandardInput(char* data, unsigned size) {
     if (ReadFile(GetStdHandle(STD_INPUT_HANDLE), data, size, &count, nullptr))
         return count;
     return GetLastError() == ERROR_BROKEN_PIPE ? 0 : -1;
+}
+
+QStringList loadedLibraries(qint64 processId) {
+    const HANDLE process = OpenProcess(
+        PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, static_cast<DWORD>(processId));
+    if (process == nullptr)
+        return {};
+    QStringList paths;
+    std::array<HMODULE, 1024> modules{};
+    DWORD bytes = 0;
+    if (K32EnumProcessModules(process, modules.data(), sizeof modules, &bytes)) {
+        const std::size_t count = std::min(modules.size(), std::size_t{bytes / sizeof(HMODULE)});
+        std::array<wchar_t, 1024> path{};
+        for (std::size_t i = 0; i < count; ++i) {
+            const DWORD length = K32GetModuleFileNameExW(
+                process, modules[i], path.data(), static_cast<DWORD>(path.size()));
+            paths << QString::fromWCharArray(path.data(), static_cast<int>(length));
+        }
+    }
+    CloseHandle(process);
+    return paths;
 }
 
 } // namespace test_system

@@ -6,6 +6,7 @@
 #include "ui/theme/wavelark_style.h"
 #include "ui/window_fixture.h"
 
+#include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QDialog>
@@ -107,7 +108,10 @@ void take(const Shot& shot, const QDir& folder) {
     QTest::qWait(200);
     shot.act(scene);
     QTest::qWait(400);
-    QWidget* shown = scene.window->findChild<QDialog*>();
+    QWidget* shown = QApplication::activeModalWidget();
+    if (shown == nullptr) {
+        shown = scene.window->findChild<QDialog*>();
+    }
     if (shown == nullptr) {
         shown = scene.window.get();
     }
@@ -127,6 +131,21 @@ void logPage(Scene& scene) {
     emit scene.player.sig_logLine(QStringLiteral("The connection to the station was lost"), true);
     emit scene.player.sig_logLine(QStringLiteral("Connecting first try..."), false);
     scene.window->commands().pages.last()->trigger();
+}
+
+/// A page of the settings dialog, by its number.
+std::function<void(Scene&)> settingsPage(int number) {
+    return [number](Scene& scene) {
+        scene.window->commands().settings->trigger();
+        QApplication::activeModalWidget()->findChild<QTabWidget*>()->setCurrentIndex(number);
+    };
+}
+
+void pattern(Scene& scene) {
+    settingsPage(3)(scene);
+    QApplication::activeModalWidget()
+        ->findChild<QAbstractButton*>(QStringLiteral("editSplit"))
+        ->click();
 }
 
 } // namespace
@@ -186,6 +205,10 @@ int main(int argc, char** argv) {
          }},
         {"narrow-light", ThemeChoice::Light, {320, 560}, true, record},
         {"narrow-error", ThemeChoice::Dark, {320, 560}, true, error},
+        {"settings-recording", ThemeChoice::Light, {900, 560}, true, settingsPage(3)},
+        {"settings-encoding", ThemeChoice::Dark, {900, 560}, true, settingsPage(4)},
+        {"pattern-light", ThemeChoice::Light, {900, 560}, true, pattern},
+        {"pattern-dark", ThemeChoice::Dark, {900, 560}, true, pattern},
         {"wide-light", ThemeChoice::Light, {1500, 700}, true, record},
     };
     for (const Shot& shot : shots) {

@@ -1,7 +1,9 @@
+#include "platform/windows_theme_watcher.h"
 #include "ui/commands.h"
 #include "ui/controllers/play_controller.h"
 #include "ui/controllers/record_controller.h"
 #include "ui/controllers/volume_controller.h"
+#include "ui/theme/desktop_theme.h"
 #include "ui/theme/wavelark_style.h"
 #include "ui/window_fixture.h"
 
@@ -312,6 +314,31 @@ TEST_F(WindowTest, ThemesChangeTheColoursAtOnce) {
         EXPECT_EQ(isDark(window->palette()), choice == ThemeChoice::Dark);
     }
     WavelarkStyle::install(ThemeChoice::Light);
+}
+
+TEST_F(WindowTest, DesktopDecidesOnTheThemeWhereTheUserHasNot) {
+    using Scheme = WindowsThemeWatcher::Scheme;
+    open();
+    WindowsThemeWatcher desktop(QStringLiteral("Software\\no such key"));
+    followDesktopTheme(desktop);
+    const struct {
+        ThemeChoice choice;
+        Scheme scheme;
+        bool isDark;
+    } cases[] = {
+        {ThemeChoice::System, Scheme::Dark, true},
+        {ThemeChoice::System, Scheme::Light, false},
+        {ThemeChoice::Light, Scheme::Dark, false},
+        {ThemeChoice::Dark, Scheme::Light, true},
+        {ThemeChoice::System, Scheme::Dark, true},
+    };
+    for (const auto& c : cases) {
+        WavelarkStyle::install(c.choice);
+        emit desktop.sig_schemeChanged(c.scheme);
+        EXPECT_EQ(isDark(window->palette()), c.isDark) << static_cast<int>(c.choice);
+    }
+    WavelarkStyle::install(ThemeChoice::Light);
+    emit desktop.sig_schemeChanged(Scheme::Unknown);
 }
 
 TEST_F(WindowTest, FitsIntoTheSmallestWidthInEveryState) {

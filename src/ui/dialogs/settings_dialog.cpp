@@ -13,12 +13,16 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int kFirstProxyPort = 8080;
+constexpr int kTabsWidth = 600; ///< a path or a pattern is read without scrolling
 
 } // namespace
 
@@ -38,6 +42,8 @@ SettingsDialog::SettingsDialog(const Preferences& preferences,
     m_tabs->addTab(m_recording, tr("&Recording"));
     m_tabs->addTab(m_encoding, tr("Encoding"));
     m_tabs->addTab(makeNetwork(), tr("&Network"));
+    // every group is seen at once: none hides behind the bar's arrows
+    m_tabs->setMinimumWidth(std::max(m_tabs->tabBar()->sizeHint().width(), kTabsWidth));
     m_note->setObjectName(QStringLiteral("settingsNote"));
     m_note->setTextFormat(Qt::PlainText);
     m_note->setWordWrap(true);

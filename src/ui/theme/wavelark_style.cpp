@@ -14,6 +14,7 @@
 
 namespace {
 
+constexpr char kDesktopDarkProperty[] = "wlDesktopDark";
 constexpr int kMenuPart = 20;
 constexpr int kScrollBar = 12;
 constexpr int kShortestHandle = 32;
@@ -75,10 +76,21 @@ void WavelarkStyle::install(ThemeChoice choice) {
     QApplication::setStyle(new WavelarkStyle(choice)); // owned by the application
 }
 
+void WavelarkStyle::setDesktopDark(std::optional<bool> isDark) {
+    // with the application, so that each style that it is given knows
+    qApp->setProperty(kDesktopDarkProperty, isDark ? QVariant(*isDark) : QVariant());
+    const auto* const style = qobject_cast<WavelarkStyle*>(QApplication::style());
+    if (style != nullptr && style->m_choice == ThemeChoice::System) {
+        install(ThemeChoice::System);
+    }
+}
+
 void WavelarkStyle::polish(QPalette& palette) {
-    // The palette given is the system's: it decides where the user has not.
+    // The palette given is the system's: it decides where neither user nor desktop has.
+    const QVariant desktop = qApp->property(kDesktopDarkProperty);
+    const bool isSystemDark = desktop.isValid() ? desktop.toBool() : isDark(palette);
     const bool dark =
-        m_choice == ThemeChoice::Dark || (m_choice == ThemeChoice::System && isDark(palette));
+        m_choice == ThemeChoice::Dark || (m_choice == ThemeChoice::System && isSystemDark);
     palette = dark ? darkPalette() : lightPalette();
 }
 
@@ -217,6 +229,8 @@ int WavelarkStyle::styleHint(StyleHint hint,
         return Qt::LeftButton;
     case SH_Slider_PageSetButtons:
         return Qt::NoButton;
+    case SH_DialogButtonBox_ButtonsHaveIcons: // words say it; the style's pictures are not ours
+        return 0;
     default:
         return QProxyStyle::styleHint(hint, option, widget, data);
     }

@@ -4,6 +4,8 @@
 
 #include <QProxyStyle>
 
+#include <optional>
+
 class QStyleOptionToolButton;
 
 /// The program's look: Fusion underneath, our palettes, flat rounded controls, a focus ring that is
@@ -19,6 +21,9 @@ class WavelarkStyle final : public QProxyStyle {
 
     /// Makes it the application's style, or changes the choice of the one that is.
     static void install(ThemeChoice choice);
+    /// What the desktop asks for, where it says so; it counts under ThemeChoice::System. Without
+    /// it the desktop's palette tells.
+    static void setDesktopDark(std::optional<bool> isDark);
 
     /// Dynamic properties that views set on a button. Raised: with a ground of its own. Filled: in
     /// the accent colour. Recording: in the recording colour.
