@@ -504,8 +504,8 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <translation>Der Sender mit der Kennung %1 ist hier nicht bekannt. Starten Sie ihn über seine Adresse, mit /url=.</translation>
     </message>
     <message>
-        <source>Recording from a sound device is not possible with this version.</source>
-        <translation>Von einem Tongerät kann diese Version nicht aufnehmen.</translation>
+        <source>Recording device</source>
+        <translation>Aufnahmegerät</translation>
     </message>
 </context>
 <context>

@@ -7,7 +7,7 @@
 #include "audio/provider_loader.h"
 #include "base/clock.h"
 #include "base/log.h"
-#include "engine/app_stream.h"
+#include "engine/app_device_stream.h"
 #include "platform/console.h"
 #include "platform/crash_report.h"
 #include "platform/keep_awake.h"
@@ -93,7 +93,7 @@ int runWindow(QT_EXT::SingleApplication& app,
     followDesktopTheme(desktop);
     WavelarkStyle::install(preferences.theme());
 
-    AppStream engine(provider.value().library);
+    AppDeviceStream engine(provider.value().library);
     EnginePlayer player(engine, [&preferences] { return preferences.engineSettings(); });
     BASS::PlayedStations played(settings.dataFile(QStringLiteral("played.json")));
     const Status loaded = played.load();

@@ -95,6 +95,13 @@ class AudioLibrary : public AudioEncoding {
     virtual HSTREAM MP4_StreamCreateFile(const void* file, DWORD flags) = 0;
     virtual HSTREAM HLS_StreamCreateFile(const void* file, DWORD flags) = 0;
 
+    /// Not of the library's own: what a recording device hears, as a stream without an end that
+    /// plays, is shaped and is encoded as any other. device: -1 the system's default, or a place in
+    /// the list of RecordGetDeviceInfo().
+    virtual HSTREAM StreamCreateRecordingDevice(int device, DWORD flags) = 0;
+    /// Number 0 is the system's default; false with BASS_ERROR_DEVICE past the end.
+    virtual bool RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) = 0;
+
     virtual bool StreamFree(HSTREAM handle) = 0;
     /// mode: BASS_FILEPOS_...; all ones on failure.
     virtual QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) = 0;

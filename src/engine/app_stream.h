@@ -52,7 +52,7 @@ class AppStream : public BASS::Stream {
     [[nodiscard]] StreamInfo streamInfo();
 
     /// Starts when the station plays or as soon as its first byte arrives; goes on over reconnects.
-    void startRecording(const BASS::RecordingOptions& options);
+    virtual void startRecording(const BASS::RecordingOptions& options);
     /// The title before the one that is heard, out of the recording buffer; a recording of its own
     /// that ends by itself. False: the buffer does not hold it, or something is being recorded.
     bool keepLastTitle(const BASS::RecordingOptions& options);

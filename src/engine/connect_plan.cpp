@@ -13,6 +13,10 @@ bool isLocalAddress(const QString& address) {
            address.startsWith(QLatin1String("FILE://"));
 }
 
+bool isRecordingDevice(const QString& address) {
+    return address == QLatin1String("RecordingDevice");
+}
+
 QString localPath(const QString& address) {
     if (!address.startsWith(QLatin1String("file://"), Qt::CaseInsensitive))
         return address;

@@ -22,6 +22,9 @@ enum class StreamKind {
 /// True for addresses that name a file of this machine: no "://", or "file://" in either spelling.
 bool isLocalAddress(const QString& address);
 
+/// The one address that means the recording device.
+bool isRecordingDevice(const QString& address);
+
 /// The path of a local address.
 QString localPath(const QString& address);
 

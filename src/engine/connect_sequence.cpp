@@ -84,7 +84,9 @@ void ConnectSequence::run() {
         finish();
         return;
     }
-    if (isLocalFile()) {
+    if (isRecordingDevice(m_address)) {
+        openRecordingDevice();
+    } else if (isLocalFile()) {
         openLocalFile();
     } else {
         const AddressOptions options = addressOptions(rewrittenAddress(m_address));
@@ -307,6 +309,16 @@ HSTREAM ConnectSequence::callCreateFile(StreamKind kind, const void* path) {
     default:
         return m_library.StreamCreateFile(path, flags);
     }
+}
+
+void ConnectSequence::openRecordingDevice() {
+    constexpr int kDefaultDevice = -1;
+    m_report.createBegins(StreamKind::Generic);
+    m_handle = m_library.StreamCreateRecordingDevice(kDefaultDevice, BASS_SAMPLE_FLOAT);
+    m_kind = StreamKind::Generic;
+    m_errorCode = m_handle != 0 ? BASS_OK : m_library.ErrorGetCode();
+    if (m_handle == 0)
+        m_report.log(libraryErrorText(m_errorCode), true);
 }
 
 void ConnectSequence::openLocalFile() {

@@ -80,6 +80,7 @@ class ConnectSequence final {
     QByteArray fetch(const QString& address);
     void playLocalPlaylist();
     void openLocalFile();
+    void openRecordingDevice();
     bool createFromAddress(const QString& address);
     bool create(StreamKind kind, const QString& address);
     HSTREAM callCreate(StreamKind kind, const void* url);

@@ -112,7 +112,9 @@ void Commands::makeSound() {
 
 void Commands::makeEffects() {
     SoundController& controller = m_controllers.sound;
-    sound = make(tr("&Equalizer and sound…"), {}, QKeySequence(Qt::CTRL + Qt::Key_E));
+    sound = make(tr("&Equalizer and sound…"),
+                 {},
+                 QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S)); // text fields take Ctrl+E
     auto* group = new QActionGroup(this);
     const QPair<QString, BASS::DynamicBoost> choices[] = {
         {tr("&Off"), BASS::DynamicBoost::Off},

@@ -130,6 +130,10 @@ class FakeLibrary : public BASS::AudioLibrary {
     BASS::HSTREAM HLS_StreamCreateFile(const void* f, DWORD) override {
         return create("hls file", f, nullptr, nullptr);
     }
+    BASS::HSTREAM StreamCreateRecordingDevice(int device, DWORD) override {
+        return create("recording device", QString::number(device).utf16(), nullptr, nullptr);
+    }
+    bool RecordGetDeviceInfo(DWORD, BASS::BASS_DEVICEINFO*) override { return false; }
     bool StreamFree(BASS::HSTREAM handle) override {
         freed.push_back(handle);
         return true;

@@ -90,6 +90,11 @@ TEST_F(WindowTest, CommandLineCases) {
          texts({"play http://one.example/"}),
          false},
         {"record with nothing to record", line({"/action=Record"}), false, {}, false},
+        {"recording device",
+         line({"/url=RecordingDevice", "/action=Record (No Split)"}),
+         true,
+         texts({"play RecordingDevice", "record"}),
+         false},
         {"no address", line({"/url="}), false, {}, false},
     };
     BASS::StationRecord known = BASS::stationFromAddress(QStringLiteral("http://known.example/"));

@@ -17,7 +17,7 @@ class SoundTest : public WindowTest {
   protected:
     SoundDialog& openDialog() {
         open();
-        press(Qt::Key_E, Qt::ControlModifier);
+        press(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
         auto* dialog = window->findChild<SoundDialog*>();
         EXPECT_NE(dialog, nullptr);
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));

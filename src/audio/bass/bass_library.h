@@ -65,6 +65,9 @@ class BassLibrary final : public AudioLibrary {
     HSTREAM MP4_StreamCreateFile(const void* file, DWORD flags) override;
     HSTREAM HLS_StreamCreateFile(const void* file, DWORD flags) override;
 
+    /// Not with this provider: BASS_ERROR_NOTAVAIL.
+    HSTREAM StreamCreateRecordingDevice(int device, DWORD flags) override;
+    bool RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) override;
     bool StreamFree(HSTREAM handle) override;
     QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) override;
 

@@ -167,6 +167,15 @@ void BassLibrary::closeStream(HSTREAM handle) {
     bassStreams().remove(token);
 }
 
+HSTREAM BassLibrary::StreamCreateRecordingDevice(int /*device*/, DWORD /*flags*/) {
+    fail(BASS_ERROR_NOTAVAIL);
+    return 0;
+}
+
+bool BassLibrary::RecordGetDeviceInfo(DWORD /*device*/, BASS_DEVICEINFO* /*info*/) {
+    return fail(BASS_ERROR_NOTAVAIL);
+}
+
 bool BassLibrary::StreamFree(HSTREAM handle) {
     closeStream(handle);
     return m_bass.StreamFree(handle) != 0;

@@ -122,6 +122,19 @@ bool FfmpegLibrary::GetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) {
     return succeed();
 }
 
+bool FfmpegLibrary::RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) {
+    const auto list = m_output.recordingDevices();
+    if (device >= list.size() || info == nullptr)
+        return fail(BASS_ERROR_DEVICE);
+    const std::lock_guard lock(m_mutex);
+    m_recordDeviceName = list[device].name;
+    m_recordDeviceDriver = list[device].driver;
+    info->name = m_recordDeviceName.c_str();
+    info->driver = m_recordDeviceDriver.c_str();
+    info->flags = BASS_DEVICE_ENABLED | (list[device].isDefault ? BASS_DEVICE_DEFAULT : 0);
+    return succeed();
+}
+
 bool FfmpegLibrary::SetConfig(DWORD option, DWORD value) {
     constexpr DWORD kFullVolume = 10000;
     if (option == BASS_CONFIG_GVOL_STREAM) {

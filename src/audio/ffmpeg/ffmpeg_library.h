@@ -64,6 +64,9 @@ class FfmpegLibrary final : public AudioLibrary {
     HSTREAM MP4_StreamCreateFile(const void* file, DWORD flags) override;
     HSTREAM HLS_StreamCreateFile(const void* file, DWORD flags) override;
 
+    HSTREAM StreamCreateRecordingDevice(int device, DWORD flags) override;
+    bool RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) override;
+
     bool StreamFree(HSTREAM handle) override;
     QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) override;
 
@@ -178,6 +181,8 @@ class FfmpegLibrary final : public AudioLibrary {
     std::string m_proxy;
     std::string m_deviceName;
     std::string m_deviceDriver;
+    std::string m_recordDeviceName;
+    std::string m_recordDeviceDriver;
     EffectSettings m_effects; ///< of channels to come
 
     std::unique_ptr<NetEngine> m_net;

@@ -222,6 +222,21 @@ HSTREAM FfmpegLibrary::createFile(const void* file, DWORD flags, Accepts* accept
     return finishCreate(channel);
 }
 
+HSTREAM FfmpegLibrary::StreamCreateRecordingDevice(int device, DWORD flags) {
+    if (!m_output.isOpen()) {
+        fail(BASS_ERROR_INIT);
+        return 0;
+    }
+    auto input = m_output.openRecordingDevice(device, m_rate.load());
+    if (!input) {
+        fail(BASS_ERROR_DEVICE);
+        return 0;
+    }
+    const Channel channel = newChannel(flags);
+    channel->openCapture(std::move(input));
+    return finishCreate(channel);
+}
+
 HSTREAM FfmpegLibrary::finishCreate(const Channel& channel) {
     const int error = channel->waitReady();
     if (error != BASS_OK) {

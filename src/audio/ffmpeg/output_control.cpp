@@ -190,4 +190,31 @@ std::vector<OutputControl::Device> OutputControl::devices() {
     return result;
 }
 
+std::vector<OutputControl::Device> OutputControl::recordingDevices() {
+    const std::lock_guard lock(m_deviceMutex);
+    startSdl();
+    if (!m_sdl || !m_sdl->isUp())
+        return {};
+    const std::vector<SdlDevice> found = m_sdl->devices(SdlAudio::Direction::In);
+    if (found.empty())
+        return {};
+    std::vector<Device> result{{"Default", m_sdl->driver(), true}};
+    for (const SdlDevice& device : found)
+        result.push_back({device.name, m_sdl->driver(), device.isDefault});
+    return result;
+}
+
+std::unique_ptr<CaptureInput> OutputControl::openRecordingDevice(int device, int rate) {
+    std::string name;
+    if (device > 0) {
+        const auto list = recordingDevices();
+        if (static_cast<std::size_t>(device) >= list.size())
+            return nullptr;
+        name = list[static_cast<std::size_t>(device)].name;
+    }
+    const std::lock_guard lock(m_deviceMutex);
+    startSdl();
+    return m_sdl && m_sdl->isUp() ? CaptureInput::open(name, rate) : nullptr;
+}
+
 } // namespace BASS

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/ffmpeg/capture_input.h"
 #include "audio/ffmpeg/output.h"
 #include "audio/ffmpeg/sdl_output.h"
 
@@ -51,6 +52,12 @@ class OutputControl {
     };
     /// Number 0 is "No sound", 1 the system's default, then the devices by name.
     [[nodiscard]] std::vector<Device> devices();
+
+    // recording devices: here, where the driver is kept
+    /// Number 0 is the system's default. Empty: there is none.
+    [[nodiscard]] std::vector<Device> recordingDevices();
+    /// device: kDefault, or a place in recordingDevices(). Null where it does not open.
+    std::unique_ptr<CaptureInput> openRecordingDevice(int device, int rate);
 
   private:
     void run();

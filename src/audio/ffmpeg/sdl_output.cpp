@@ -89,17 +89,18 @@ std::string SdlAudio::driver() const {
     return name != nullptr ? name : "";
 }
 
-std::vector<SdlDevice> SdlAudio::devices() const {
+std::vector<SdlDevice> SdlAudio::devices(Direction direction) const {
+    const int isCapture = direction == Direction::In ? 1 : 0;
     std::vector<SdlDevice> result;
     if (!m_isUp)
         return result;
     char* defaultName = nullptr;
     SDL_AudioSpec spec{};
-    if (SDL_GetDefaultAudioInfo(&defaultName, &spec, 0) != 0)
+    if (SDL_GetDefaultAudioInfo(&defaultName, &spec, isCapture) != 0)
         defaultName = nullptr;
-    const int count = SDL_GetNumAudioDevices(0);
+    const int count = SDL_GetNumAudioDevices(isCapture);
     for (int n = 0; n < count; ++n) {
-        const char* const name = SDL_GetAudioDeviceName(n, 0);
+        const char* const name = SDL_GetAudioDeviceName(n, isCapture);
         if (name == nullptr)
             continue;
         result.push_back({name, defaultName != nullptr && std::strcmp(name, defaultName) == 0});

@@ -43,7 +43,8 @@ class SdlAudio {
 
     [[nodiscard]] bool isUp() const { return m_isUp; }
     [[nodiscard]] std::string driver() const;
-    [[nodiscard]] std::vector<SdlDevice> devices() const;
+    enum class Direction { Out = 0, In = 1 };
+    [[nodiscard]] std::vector<SdlDevice> devices(Direction direction = Direction::Out) const;
     /// True where SDL would be the clock itself (its "dummy" driver), which it is not fit for.
     static bool isDummyAsked();
 

@@ -106,6 +106,12 @@ bool StreamChannel::openFile(const std::filesystem::path& path,
     return true;
 }
 
+void StreamChannel::openCapture(std::unique_ptr<DecoderInput> input) {
+    m_isCapture = true;
+    m_file = std::move(input);
+    startWorker(*m_file, [](StreamFormat) { return true; });
+}
+
 void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFormat)> accepts) {
     DecodeWorker::Callbacks callbacks;
     callbacks.ready = [this](int error) { becomeReady(error); };
@@ -198,7 +204,7 @@ void StreamChannel::info(BASS_CHANNELINFO& out) const {
     out.freq = static_cast<DWORD>(info.audio.sampleRate);
     out.chans = static_cast<DWORD>(info.audio.channels);
     out.flags = m_context.flags;
-    out.ctype = typeOf(info.format, info.audio);
+    out.ctype = m_isCapture ? BASS_CTYPE_RECORD : typeOf(info.format, info.audio);
     out.origres = static_cast<DWORD>(std::max(0, info.audio.bits));
 }
 

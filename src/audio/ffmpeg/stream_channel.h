@@ -49,6 +49,7 @@ class StreamChannel {
                  std::function<bool(StreamFormat)> accepts);
     /// False where the file does not open.
     bool openFile(const std::filesystem::path& path, std::function<bool(StreamFormat)> accepts);
+    void openCapture(std::unique_ptr<DecoderInput> input);
     /// Blocks until there is audio, or the reason why not.
     int waitReady();
     /// Ends waitReady() with BASS_ERROR_FILEOPEN.
@@ -64,7 +65,7 @@ class StreamChannel {
     [[nodiscard]] PcmTap& pcmTap() { return m_pcmTap; }
     /// As SyncTable::add(). A connection that has ended before anyone asked is told now.
     HSYNC addSync(DWORD type, QWORD param, SYNCPROC* proc, void* user);
-    [[nodiscard]] bool isFile() const { return m_file != nullptr; }
+    [[nodiscard]] bool isFile() const { return m_file != nullptr && !m_isCapture; }
     [[nodiscard]] DWORD activity() const;
     void info(BASS_CHANNELINFO& out) const;
     [[nodiscard]] int bitrate() const;
@@ -105,7 +106,8 @@ class StreamChannel {
     PcmTap m_pcmTap;
     std::shared_ptr<StreamTap> m_tap;
     std::shared_ptr<StreamSource> m_source;
-    std::unique_ptr<DecoderInput> m_file;
+    std::unique_ptr<DecoderInput> m_file; ///< or a recording device
+    bool m_isCapture = false;
     std::unique_ptr<DecodeWorker> m_worker;
 
     std::mutex m_volumeMutex;   ///< one change at a time

@@ -97,8 +97,9 @@ bool CommandLineController::findStation(const CommandRecord& command,
         return false;
     }
     if (*command.url == QLatin1String("RecordingDevice")) {
-        refuse(tr("Recording from a sound device is not possible with this version."));
-        return false;
+        station =
+            BASS::stationFromAddress(*command.url, command.name.value_or(tr("Recording device")));
+        return true;
     }
     station =
         m_parts.play.stationForAddress(command.url->trimmed(), command.name.value_or(QString()));

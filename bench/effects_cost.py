@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""Processor time of playing the same 128 kbit/s Icecast mount for a minute, at the same time: Wavelark
+without effects, Wavelark with equalizer and boost, mpg123, and mpv where it is installed. All of them
+send their sound nowhere in real time. Usage: bench/effects_cost.py [SECONDS [RUNS]]"""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+from common import Icecast, PROGRAM, environment, median, need_build, ticks
+
+EFFECTS = """[General]
+EqualizerEnabled=true
+EQPreset=Rock
+EQPreamp=-3.0
+DynamicBoost=2
+"""
+
+
+def players(url, plain, shaped):
+    arguments = [str(PROGRAM), f"/url={url}", "/show=minimizedtotray"]
+    result = {"wavelark": (arguments, environment(plain)),
+              "wavelark with equalizer and boost": (arguments, environment(shaped)),
+              "mpg123": (["mpg123", "-q", "-o", "dummy", url], None)}
+    if shutil.which("mpv"):
+        result["mpv"] = (["mpv", "--no-config", "--really-quiet", "--no-video", "--ao=null", url], None)
+    return result
+
+
+def put_settings(folder):
+    path = pathlib.Path(folder, "Brindlecove", "Wavelark.ini")
+    path.parent.mkdir()
+    path.write_text(EFFECTS)
+
+
+def main():
+    need_build()
+    seconds = int(sys.argv[1]) if len(sys.argv) > 1 else 60
+    runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
+    cost = {}
+    quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+    with Icecast() as icecast, tempfile.TemporaryDirectory() as plain, tempfile.TemporaryDirectory() as shaped:
+        put_settings(shaped)
+        for _ in range(runs):
+            running = {name: subprocess.Popen(arguments, env=env, **quiet)
+                       for name, (arguments, env) in players(icecast.url, plain, shaped).items()}
+            time.sleep(8)  # all play
+            start = time.monotonic()
+            before = {name: ticks(process.pid) for name, process in running.items()}
+            time.sleep(seconds)
+            scale = 60 / (time.monotonic() - start) / os.sysconf("SC_CLK_TCK")
+            for name, process in running.items():
+                cost.setdefault(name, []).append((ticks(process.pid) - before[name]) * scale)
+                process.kill()
+                process.wait()
+    for name, values in cost.items():
+        print(f"{name}: {median(values):.2f} CPU seconds a minute, median of {runs}")
+    more = median(cost["wavelark with equalizer and boost"]) - median(cost["wavelark"])
+    print(f"effects: {more / 0.6:.2f} % of a core more")
+
+
+main()
