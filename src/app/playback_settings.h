@@ -56,6 +56,8 @@ class ConnectionSettings {
     // Seconds.
     IntSetting TimeoutValue{m_file, "TimeoutValue", "10"};
     IntSetting WaitReconnectSeconds{m_file, "WaitReconnectSeconds", "2"};
+    /// How long a lost station is waited for while nothing is recorded.
+    IntSetting ReconnectMinutes{m_file, "ReconnectMinutes", "10"};
     BoolSetting AskToReconnect{m_file, "AskToReconnect", "false"};
     BoolSetting ParsePlaylistFile{m_file, "ParsePlaylistFile", "false"};
     BoolSetting TestStations{m_file, "TestStations", "false"};

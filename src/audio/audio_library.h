@@ -102,6 +102,9 @@ class AudioLibrary : public AudioEncoding {
     // --- channels -----------------------------------------------------------------------------
     virtual bool ChannelPlay(DWORD handle, bool restart) = 0;
     virtual bool ChannelPause(DWORD handle) = 0;
+    /// A live stream that has been paused goes on with the newest audio; what lies between is not
+    /// heard. False: this library or this kind of stream cannot do it.
+    virtual bool ChannelJumpToLive(DWORD /*handle*/) { return false; }
     virtual bool ChannelStop(DWORD handle) = 0;
     virtual DWORD ChannelIsActive(DWORD handle) = 0;
     virtual bool ChannelGetInfo(DWORD handle, BASS_CHANNELINFO* info) = 0;

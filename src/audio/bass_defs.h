@@ -98,12 +98,14 @@ constexpr DWORD BASS_SYNC_WMA_META = 0x10101;
 constexpr DWORD BASS_SYNC_HLS_SEGMENT = 0x10300;
 constexpr DWORD BASS_SYNC_ONETIME = 0x80000000;
 
-constexpr DWORD BASS_TAG_OGG = 2; ///< "NAME=value" UTF-8 texts, each zero-terminated, ended by an
-                                  ///< empty one; also the texts of timed metadata
+constexpr DWORD BASS_TAG_OGG = 2;  ///< "NAME=value" UTF-8 texts, each zero-terminated, ended by an
+                                   ///< empty one; also the texts of timed metadata
 constexpr DWORD BASS_TAG_HTTP = 3; ///< header lines, same layout
 constexpr DWORD BASS_TAG_ICY = 4;  ///< "icy-name:..." header lines, same layout
 constexpr DWORD BASS_TAG_META = 5; ///< the ICY title block that is heard now, zero-terminated
 
+constexpr DWORD BASS_TAG_MP4 = 7; ///< as BASS_TAG_OGG
+constexpr DWORD BASS_TAG_WMA = 8; ///< as BASS_TAG_OGG
 constexpr DWORD BASS_TAG_HLS_EXTINF =
     0x14000; ///< what the playlist says of the segment, "10.0,Artist - Title" for example
 

@@ -10,8 +10,8 @@
 namespace BASS {
 namespace {
 
-constexpr QLatin1String kEmbedded("ffmpeg");
-constexpr QLatin1String kClosed("bass");
+const QLatin1String kEmbedded("ffmpeg");
+const QLatin1String kClosed("bass");
 
 QString moduleOf(QLatin1String provider) {
     return QStringLiteral("wavelark_") + provider;
@@ -77,7 +77,7 @@ Result<ChosenProvider> loadChosenProvider(const QString& name, const QStringList
                                              "%1\nThe embedded audio library is used instead.")
                      .arg(library.error());
     } else if (name != kEmbedded) {
-        qCWarning(lcAudio, "provider not known name=%s", qPrintable(name));
+        qCWarning(lcAudio) << "provider not known name=" << name;
     }
     for (const QString& note : notes)
         qCWarning(lcAudio).noquote() << note;

@@ -66,8 +66,10 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_reconnectAttempt = 0;
     m_kind = BASS::StreamKind::None;
     m_playedAddress = station.playUrl();
+    m_shift.reset();
     m_splitDelayMs = station.splitDelayMs;
     setStation(station);
+    recallAutoGain();
     emit sig_stationChanged(m_station);
     publishSong();
     if (!InitLibrary()) {
@@ -97,6 +99,7 @@ void AppStream::stop() {
     CancelConnect();
     m_reconnectTimer.stop();
     stopRecording();
+    m_shift.reset();
     const bool wasConnecting =
         m_state == PlayState::Connecting || m_state == PlayState::Reconnecting;
     disconnectChannels(settings().fadeOut);
@@ -197,6 +200,8 @@ StreamInfo AppStream::streamInfo() {
     info.genre = headers.genre;
     info.website = headers.website;
     info.bitrate = headers.bitrate;
+    info.isPaused = isPaused();
+    info.behindLiveMs = static_cast<int>(behindLive().count());
     const DWORD handle = GetHandle();
     BASS::BASS_CHANNELINFO channel{};
     if (handle == 0 || !library().ChannelGetInfo(handle, &channel))
@@ -270,7 +275,20 @@ void AppStream::fadeOut(Channel channel, std::chrono::milliseconds fade) {
     });
 }
 
+/// A station that is played again, or comes back after a gap, begins as loud as it was.
+void AppStream::rememberAutoGain() {
+    float decibel = 0.0F;
+    if (soundOptions().isAutoVolume && ChannelGetAttribute(BASS::BASS_ATTRIB_AUTO_GAIN, &decibel) &&
+        decibel != 0.0F)
+        m_autoGains.insert(m_station.playUrl(), decibel);
+}
+
+void AppStream::recallAutoGain() {
+    setAutoVolumeStart(m_autoGains.value(m_station.playUrl(), 0.0F));
+}
+
 void AppStream::disconnectChannels(std::chrono::milliseconds fade) {
+    rememberAutoGain();
     freeChannel(std::exchange(m_next, {}));
     fadeOut(std::exchange(m_current, {}), fade);
     setHandle(0);
@@ -299,13 +317,12 @@ void AppStream::startPlaying(const Channel& channel, int fadeInMs) {
 void AppStream::onConnected(const Channel& channel) {
     m_kind = channel.connect->kind();
     m_playedAddress = channel.connect->address();
-    const bool isOldHeard = m_current.handle != 0 && library().ChannelIsActive(m_current.handle) ==
-                                                         BASS::BASS_ACTIVE_PLAYING;
-    if (isOldHeard) {
+    const DWORD activity = m_current.handle != 0 ? library().ChannelIsActive(m_current.handle) : 0;
+    if (activity == BASS::BASS_ACTIVE_PLAYING || activity == BASS::BASS_ACTIVE_PAUSED) {
         // what the lost connection still had in its buffer is heard to its end
-        m_next = channel;
+        freeChannel(std::exchange(m_next, channel));
         m_connectedAt = steadyNow();
-        setState(PlayState::Playing);
+        setState(m_shift.isPaused() ? PlayState::Paused : PlayState::Playing);
         return;
     }
     startPlaying(channel, m_current.handle != 0 ? kReconnectFadeMs : -1);
@@ -363,7 +380,7 @@ void AppStream::connectionLost(unsigned channel) {
 }
 
 void AppStream::scheduleReconnect() {
-    if (!m_recorder.isRunning() && outage() > BASS::kPatience) {
+    if (!m_recorder.isRunning() && outage() > settings().patience) {
         giveUp(tr("The station did not come back"));
         return;
     }
@@ -380,6 +397,8 @@ void AppStream::reconnect() {
            "reconnecting attempt=%d outage_ms=%lld",
            m_reconnectAttempt,
            static_cast<long long>(outage().count()));
+    rememberAutoGain();
+    recallAutoGain();
     // now and then from the very beginning: what a playlist named may be gone for good
     const bool isFromStart = m_reconnectAttempt % kFullConnectEvery == 0;
     startConnect(isFromStart ? requestFor(m_station.playUrl(), 1, BASS::StreamKind::None)

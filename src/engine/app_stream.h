@@ -3,8 +3,10 @@
 #include "engine/channel_encoder.h"
 #include "engine/engine_types.h"
 #include "engine/stream.h"
+#include "engine/time_shift.h"
 #include "recording/stream_recorder.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QTimer>
 
@@ -31,6 +33,17 @@ class AppStream : public BASS::Stream {
     void play(const BASS::StationRecord& station);
     /// Fades out and disconnects; ends a connect under way within 200 ms; ends a recording.
     void stop();
+
+    /// A paused station keeps on being received, up to 32 MB (half an hour of 128 kbit/s); what
+    /// came first is lost then. Playing goes on where it was paused. Nothing happens where nothing
+    /// plays.
+    void setPaused(bool isPaused);
+    [[nodiscard]] bool isPaused() const { return m_shift.isPaused(); }
+    [[nodiscard]] bool canPause() const;
+    /// How far a live station is heard behind what it sends; 0: live.
+    [[nodiscard]] std::chrono::milliseconds behindLive() const;
+    /// Goes on with what the station sends now; also out of a pause.
+    void jumpToLive();
 
     [[nodiscard]] PlayState playState() const { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const { return m_station; }
@@ -100,6 +113,8 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
+    void rememberAutoGain();
+    void recallAutoGain();
     void startEncoding(const BASS::RecordingOptions& options);
     void recordingFinished();
     void tellPaused(bool isPaused);
@@ -117,12 +132,14 @@ class AppStream : public BASS::Stream {
     std::chrono::milliseconds m_lostAt{0}; ///< steady, begin of the last outage; 0: there was none
     std::chrono::milliseconds m_connectedAt{0};
     int m_reconnectAttempt = 0;
+    BASS::TimeShift m_shift;
     QTimer m_reconnectTimer;
     QTimer m_infoTimer;
     std::atomic<unsigned> m_splitDelayMs{0}; ///< the station's own
     BASS::Song m_pendingSong;                ///< the next file is named after it
     QPointer<QObject> m_mainObject;
     BASS::Song m_publishedSong;
+    QHash<QString, float> m_autoGains;   ///< where the automatic volume stood, by address
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
     BASS::StreamRecorder m_originals;

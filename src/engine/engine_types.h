@@ -25,7 +25,9 @@ struct StreamInfo {
     int sampleRate = 0; ///< Hz
     int channels = 0;
     qint64 bytesReceived = 0;
-    int bufferedMs = 0; ///< received and not yet heard, estimated by the bitrate
+    bool isPaused = false;
+    int behindLiveMs = 0; ///< what is heard lies so far behind what the station sends; 0: live
+    int bufferedMs = 0;   ///< received and not yet heard, estimated by the bitrate
 };
 
 /// Settings that the engine reads, copied into it by its owner before a connect.
@@ -38,6 +40,8 @@ struct EngineSettings {
     int attempts = 2;
     bool isPlaylistChecked = false; ///< every failed try looks whether the address is a playlist
     int timeoutSeconds = 10;        ///< a connection that gives no byte for so long is lost
+    /// A lost station is waited for so long; while a recording runs there is no limit.
+    std::chrono::minutes patience{10};
     std::chrono::milliseconds fadeIn{2000};
     std::chrono::milliseconds fadeOut{2000};
     bool isMuteOnPlay = false;

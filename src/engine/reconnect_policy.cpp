@@ -6,9 +6,7 @@ namespace BASS {
 
 std::chrono::milliseconds reconnectPause(int attempt, std::chrono::milliseconds outage) {
     using namespace std::chrono_literals;
-    if (attempt <= 1)
-        return 100ms;
-    if (outage < 30s)
+    if (attempt <= 1 || outage < 30s)
         return 500ms;
     if (outage < 2min)
         return 1s;

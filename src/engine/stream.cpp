@@ -1,5 +1,6 @@
 #include "engine/stream.h"
 
+#include "base/clock.h"
 #include "base/log.h"
 #include "engine/engine_events.h"
 #include "engine/metadata_fields.h"
@@ -12,6 +13,10 @@
 
 namespace BASS {
 namespace {
+
+bool isCommentList(DWORD tagType) {
+    return tagType == BASS_TAG_OGG || tagType == BASS_TAG_WMA || tagType == BASS_TAG_MP4;
+}
 
 /// The whole list, with the zeros inside it.
 QByteArray commentList(const char* list) {
@@ -51,6 +56,7 @@ void Stream::setStation(const StationRecord& station) {
     m_stationName = station.name;
     m_headers = {};
     m_arrivedSong = {};
+    m_damper.reset();
 }
 
 // --- connecting
@@ -150,22 +156,27 @@ void Stream::titleArrived(const StreamTitle& title) {
         if (!song || (title.tagType == BASS_TAG_HLS_EXTINF && m_hasOwnTitles))
             return;
         song->position = static_cast<qint64>(title.position);
-        isNew = isNewTrack(m_arrivedSong, *song, {m_stationName, m_headers.name});
-        if (isNew)
+        const auto now = SystemClock().steady();
+        isNew = isNewTrack(m_arrivedSong, *song, {m_stationName, m_headers.name}) &&
+                !m_damper.isInterjection(song->track, now);
+        if (isNew) {
             m_arrivedSong = *song;
+            m_damper.accept(song->track, now);
+        }
     }
     if (isNew)
         OnSplitFile(*song);
 }
 
 void Stream::readTags(DWORD channel) {
-    for (const DWORD type : {BASS_TAG_META, BASS_TAG_OGG, BASS_TAG_HLS_EXTINF}) {
+    for (const DWORD type :
+         {BASS_TAG_META, BASS_TAG_OGG, BASS_TAG_WMA, BASS_TAG_MP4, BASS_TAG_HLS_EXTINF}) {
         const char* const text = library().ChannelGetTags(channel, type);
         if (text == nullptr)
             continue;
         const std::lock_guard lock(m_stationMutex);
         const std::optional<Song> song =
-            songOf(type, type == BASS_TAG_OGG ? commentList(text) : QByteArray(text));
+            songOf(type, isCommentList(type) ? commentList(text) : QByteArray(text));
         if (song && !song->isEmpty())
             m_song = *song;
         return;
@@ -175,7 +186,7 @@ void Stream::readTags(DWORD channel) {
 std::optional<Song> Stream::songOf(DWORD tagType, const QByteArray& text) const {
     if (tagType == BASS_TAG_HLS_EXTINF)
         return songFromSegmentInfo(text);
-    if (tagType == BASS_TAG_OGG)
+    if (isCommentList(tagType))
         return decodeCommentList((text + '\0').constData()); // an empty entry ends the list
     return decodeIcyBlock(text, m_codePage);
 }

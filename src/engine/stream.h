@@ -3,6 +3,7 @@
 #include "engine/bass_qt.h"
 #include "engine/connect_thread.h"
 #include "engine/stream_headers.h"
+#include "engine/title_damper.h"
 #include "stations/station.h"
 
 #include <optional>
@@ -74,6 +75,7 @@ class Stream : public BassQt, public StreamSink {
     QString m_stationName;
     StreamHeaders m_headers;
     Song m_arrivedSong;
+    TitleDamper m_damper;
     bool m_hasOwnTitles = false; ///< the connection carries titles itself
 };
 

@@ -2,6 +2,7 @@
 
 #include "ui/controllers/play_controller.h"
 #include "ui/controllers/record_controller.h"
+#include "ui/controllers/sound_controller.h"
 #include "ui/controllers/volume_controller.h"
 #include "ui/player.h"
 #include "ui/state_text.h"
@@ -23,6 +24,7 @@ Commands::Commands(const Controllers& controllers,
     makePlay();
     makeRecord();
     makeSound();
+    makeEffects();
     makeView(registry);
     makeThemes();
     makeLanguages(foundLanguages);
@@ -31,8 +33,11 @@ Commands::Commands(const Controllers& controllers,
     shortcuts = make(tr("&Keyboard shortcuts"), {}, QKeySequence(Qt::Key_F1));
     about = make(tr("&About Wavelark"), {}, {});
     connect(&controllers.player, &Player::sig_stateChanged, this, &Commands::update);
+    connect(&controllers.player, &Player::sig_streamInfoChanged, this, &Commands::update);
     connect(&controllers.record, &RecordController::sig_changed, this, &Commands::update);
     connect(&controllers.volume, &VolumeController::sig_changed, this, &Commands::update);
+    connect(&controllers.sound, &SoundController::sig_changed, this, &Commands::updateEffects);
+    updateEffects();
     update();
 }
 
@@ -53,8 +58,16 @@ void Commands::makePlay() {
     playLast = make(tr("Play &last station"),
                     QStringLiteral("history"),
                     QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    pause = make(
+        tr("P&ause"), QStringLiteral("pause"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Space));
+    goLive = make(
+        tr("&Go to live"), QStringLiteral("live"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_L));
     quit = make(tr("&Quit"), {}, QKeySequence(Qt::CTRL + Qt::Key_Q));
     connect(playStop, &QAction::triggered, &m_controllers.play, &PlayController::toggle);
+    connect(pause, &QAction::triggered, this, [this] {
+        m_controllers.player.setPaused(!m_controllers.player.streamInfo().isPaused);
+    });
+    connect(goLive, &QAction::triggered, &m_controllers.player, &Player::jumpToLive);
     connect(playLast, &QAction::triggered, &m_controllers.play, &PlayController::playLast);
 }
 
@@ -95,6 +108,52 @@ void Commands::makeSound() {
     connect(volumeUp, &QAction::triggered, this, [&volume] { volume.changeVolume(kVolumeStep); });
     connect(
         volumeDown, &QAction::triggered, this, [&volume] { volume.changeVolume(-kVolumeStep); });
+}
+
+void Commands::makeEffects() {
+    SoundController& controller = m_controllers.sound;
+    sound = make(tr("&Equalizer and sound…"), {}, QKeySequence(Qt::CTRL + Qt::Key_E));
+    auto* group = new QActionGroup(this);
+    const QPair<QString, BASS::DynamicBoost> choices[] = {
+        {tr("&Off"), BASS::DynamicBoost::Off},
+        {tr("&Low"), BASS::DynamicBoost::Low},
+        {tr("&Medium"), BASS::DynamicBoost::Medium},
+        {tr("&High"), BASS::DynamicBoost::High},
+        {tr("&Custom"), BASS::DynamicBoost::Custom},
+    };
+    for (const auto& choice : choices) {
+        QAction* action = make(choice.first, {}, {});
+        action->setCheckable(true);
+        action->setData(static_cast<int>(choice.second));
+        group->addAction(action);
+        boosts.append(action);
+        connect(action, &QAction::triggered, this, [&controller, boost = choice.second] {
+            controller.setBoost(boost);
+        });
+    }
+    autoVolume = make(tr("&All stations equally loud"), {}, {});
+    compressor = make(tr("E&ven out loud and quiet"), {}, {});
+    mono = make(tr("M&ono"), {}, {});
+    swapChannels = make(tr("&Swap left and right"), {}, {});
+    for (QAction* action : {autoVolume, compressor, mono, swapChannels}) {
+        action->setCheckable(true);
+    }
+    connect(autoVolume, &QAction::triggered, &controller, &SoundController::setAutoVolume);
+    connect(compressor, &QAction::triggered, &controller, &SoundController::setCompressor);
+    connect(mono, &QAction::triggered, &controller, &SoundController::setMono);
+    connect(swapChannels, &QAction::triggered, &controller, &SoundController::setSwapped);
+}
+
+void Commands::updateEffects() {
+    const BASS::SoundOptions& options = m_controllers.sound.options();
+    for (QAction* boost : boosts) {
+        boost->setChecked(boost->data().toInt() == static_cast<int>(options.boost));
+    }
+    autoVolume->setChecked(options.isAutoVolume);
+    compressor->setChecked(options.isCompressorOn);
+    compressor->setEnabled(options.boost == BASS::DynamicBoost::Off);
+    mono->setChecked(options.isMono);
+    swapChannels->setChecked(options.isSwapped);
 }
 
 void Commands::makeView(const PageRegistry& registry) {
@@ -142,6 +201,12 @@ void Commands::update() {
     const bool isActiveNow = isActive(m_controllers.player.playState());
     playStop->setText(isActiveNow ? tr("&Stop") : tr("&Play"));
     playStop->setIcon(icon(isActiveNow ? QStringLiteral("stop") : QStringLiteral("play")));
+    const StreamInfo stream = m_controllers.player.streamInfo();
+    pause->setText(stream.isPaused ? tr("&Go on") : tr("P&ause"));
+    pause->setIcon(icon(stream.isPaused ? QStringLiteral("play") : QStringLiteral("pause")));
+    const PlayState state = m_controllers.player.playState();
+    pause->setEnabled(state == PlayState::Playing || state == PlayState::Paused);
+    goLive->setEnabled(isActiveNow && stream.behindLiveMs > 0);
     const bool isRecording = m_controllers.record.isRecording();
     const bool canStart = m_controllers.record.canStart();
     recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));

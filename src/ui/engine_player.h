@@ -19,6 +19,8 @@ class EnginePlayer final : public Player {
 
     void play(const BASS::StationRecord& station) override;
     void stop() override { m_engine.stop(); }
+    void setPaused(bool isPaused) override { m_engine.setPaused(isPaused); }
+    void jumpToLive() override { m_engine.jumpToLive(); }
     [[nodiscard]] PlayState playState() const override { return m_engine.playState(); }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_engine.station(); }
     [[nodiscard]] BASS::Song song() const override { return m_engine.song(); }
@@ -33,6 +35,10 @@ class EnginePlayer final : public Player {
     [[nodiscard]] bool isRecordingPaused() const override { return m_engine.isRecordingPaused(); }
     void setVolume(int percent) override { m_engine.SetVolume(percent); }
     void setMuted(bool isMuted) override { m_engine.SetVolumeMute(isMuted); }
+    void setSound(const BASS::SoundOptions& sound) override { m_engine.setSoundOptions(sound); }
+    [[nodiscard]] quint32 level() const override { return m_engine.ChannelGetLevel(); }
+    [[nodiscard]] QStringList outputDevices() const override { return m_engine.outputDevices(); }
+    QString useOutputDevice(const QString& name) override;
 
   private:
     AppStream& m_engine;

@@ -20,6 +20,8 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
     QMenu* station = add(MainMenu::tr("&Station"));
     station->addActions({commands.openAddress, commands.playStop, commands.playLast});
     station->addSeparator();
+    station->addActions({commands.pause, commands.goLive});
+    station->addSeparator();
     station->addAction(commands.quit);
 
     QMenu* recording = add(MainMenu::tr("&Recording"));
@@ -34,6 +36,12 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
 
     QMenu* sound = add(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});
+    sound->addSeparator();
+    sound->addAction(commands.sound);
+    sound->addMenu(MainMenu::tr("&Dynamic boost"))->addActions(commands.boosts.toList());
+    sound->addActions({commands.autoVolume, commands.compressor});
+    sound->addSeparator();
+    sound->addActions({commands.mono, commands.swapChannels});
 
     QMenu* view = add(MainMenu::tr("&View"));
     view->addActions(commands.pages.toList());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/engine_types.h"
+#include "engine/sound_options.h"
 #include "recording/recording_types.h"
 #include "stations/station.h"
 
@@ -23,6 +24,11 @@ class Player : public QObject {
     /// Ends playing, a connect under way, and a recording.
     virtual void stop() = 0;
 
+    /// What a paused station sends is kept for later; see streamInfo() for how far one is behind.
+    virtual void setPaused(bool isPaused) = 0;
+    /// Goes on with what the station sends now.
+    virtual void jumpToLive() = 0;
+
     [[nodiscard]] virtual PlayState playState() const = 0;
     [[nodiscard]] virtual const BASS::StationRecord& station() const = 0;
     [[nodiscard]] virtual BASS::Song song() const = 0;
@@ -43,6 +49,16 @@ class Player : public QObject {
     /// 0 to 100.
     virtual void setVolume(int percent) = 0;
     virtual void setMuted(bool isMuted) = 0;
+
+    /// In force at once, and for every station to come.
+    virtual void setSound(const BASS::SoundOptions& sound) = 0;
+    /// Peaks of the last moments before the volume: left in the low, right in the high 16 bits, 0
+    /// to 32768.
+    [[nodiscard]] virtual quint32 level() const = 0;
+    /// Names of the output devices, without the system's default.
+    [[nodiscard]] virtual QStringList outputDevices() const = 0;
+    /// Empty: the system's default. An empty answer: done; else what to tell the user.
+    virtual QString useOutputDevice(const QString& name) = 0;
 
   signals:
     void sig_stateChanged(PlayState state);

@@ -179,6 +179,7 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"RestartRetries", &AppSettings::RestartRetries, 2},
     {"TimeoutValue", &AppSettings::TimeoutValue, 10},
     {"WaitReconnectSeconds", &AppSettings::WaitReconnectSeconds, 2},
+    {"ReconnectMinutes", &AppSettings::ReconnectMinutes, 10},
     {"UpdateInterval", &AppSettings::UpdateInterval, 75},
     {"RecMode", &AppSettings::RecMode, 0},
     {"RecordingMode", &AppSettings::RecordingMode, 0},
@@ -211,6 +212,10 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"MaxPodcastEpisodesMenu", &AppSettings::MaxPodcastEpisodesMenu, 10},
     {"PodcastEpisodeSortColumn", &AppSettings::PodcastEpisodeSortColumn, -1},
     {"RecSplitDelayMs", &AppSettings::RecSplitDelayMs, 0},
+    {"DynamicBoost", &AppSettings::DynamicBoost, 0},
+    {"DynamicBoostThreshold", &AppSettings::DynamicBoostThreshold, -18},
+    {"DynamicBoostRatio", &AppSettings::DynamicBoostRatio, 3},
+    {"DynamicBoostGain", &AppSettings::DynamicBoostGain, 9},
     {"RecEncodingMode", &AppSettings::RecEncodingMode, 0},
 };
 

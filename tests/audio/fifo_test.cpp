@@ -82,6 +82,18 @@ TEST(ByteFifo, GivesTheHeadersOfALinkWhoseStartWasDropped) {
     EXPECT_EQ(drain(fifo, 7), "|HEADADcdefghijklmnop");
 }
 
+TEST(ByteFifo, SkipsToTheNewestAndTellsOfTheGap) {
+    ByteFifo fifo(1 << 22, 8);
+    push(fifo, std::string(1 << 21, 'x')); // far more than a transfer would wait for
+    push(fifo, "0123456789");
+    fifo.skipToNewest(4);
+    fifo.skipToNewest(100); // there is no more
+    push(fifo, "ab");
+    fifo.end(BASS_OK);
+    EXPECT_EQ(fifo.received(), (1U << 21) + 12U);
+    EXPECT_EQ(drain(fifo, 5), "!6789ab");
+}
+
 TEST(ByteFifo, TellsOnceWhenThereIsRoomAgain) {
     ByteFifo fifo(16);
     int drained = 0;

@@ -31,6 +31,43 @@ TEST(LocalFile, PlaysJumpsAndPlaysAgain) {
     EXPECT_EQ(library.ErrorGetCode(), BASS_ERROR_POSITION);
 }
 
+TEST(LocalFile, EveryFormatHasALengthAndJumps) {
+    using Create = HSTREAM (AudioLibrary::*)(const void*, DWORD);
+    const std::pair<Track, Create> cases[] = {
+        {Track::Mp3, &AudioLibrary::StreamCreateFile},
+        {Track::Adts, &AudioLibrary::AAC_StreamCreateFile},
+        {Track::Vorbis, &AudioLibrary::StreamCreateFile},
+        {Track::Opus, &AudioLibrary::OPUS_StreamCreateFile},
+        {Track::OggFlac, &AudioLibrary::FLAC_StreamCreateFile},
+        {Track::Flac, &AudioLibrary::FLAC_StreamCreateFile},
+        {Track::M4a, &AudioLibrary::MP4_StreamCreateFile},
+        {Track::M4aIndexLast, &AudioLibrary::MP4_StreamCreateFile},
+        {Track::Wma, &AudioLibrary::WMA_StreamCreateFile},
+        {Track::Wav, &AudioLibrary::StreamCreateFile},
+        {Track::Aiff, &AudioLibrary::StreamCreateFile},
+    };
+    Listener listener;
+    AudioLibrary& library = listener.library();
+    for (const auto& [which, create] : cases) {
+        SCOPED_TRACE(static_cast<int>(which));
+        const QString path = trackPath(which);
+        const HSTREAM stream = (library.*create)(path.utf16(), BASS_UNICODE);
+        ASSERT_NE(stream, 0U) << library.ErrorGetCode();
+        const auto seconds = [&](QWORD bytes) {
+            return library.ChannelBytes2Seconds(stream, bytes);
+        };
+        EXPECT_NEAR(seconds(library.ChannelGetLength(stream, 0)), kTrackSeconds, 0.15);
+        EXPECT_TRUE(
+            library.ChannelSetPosition(stream, library.ChannelSeconds2Bytes(stream, 1.5), 0));
+        library.ChannelPlay(stream, false);
+        while (library.ChannelIsActive(stream) == BASS_ACTIVE_PLAYING ||
+               library.ChannelIsActive(stream) == BASS_ACTIVE_STALLED)
+            std::this_thread::yield();
+        EXPECT_NEAR(seconds(library.ChannelGetPosition(stream, 0)), kTrackSeconds, 0.15);
+        library.StreamFree(stream);
+    }
+}
+
 TEST(LocalFile, PausesAndStops) {
     Listener listener;
     AudioLibrary& library = listener.library();

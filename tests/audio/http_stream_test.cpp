@@ -41,6 +41,9 @@ TEST(HttpStream, PlaysEveryFormatToItsEnd) {
         {Track::OggFlac, &Library::FLAC_StreamCreateURL, BASS_CTYPE_STREAM_FLAC_OGG},
         {Track::Flac, &Library::FLAC_StreamCreateURL, BASS_CTYPE_STREAM_FLAC},
         {Track::M4a, &Library::MP4_StreamCreateURL, BASS_CTYPE_STREAM_MP4},
+        {Track::Wma, &Library::WMA_StreamCreateURL, BASS_CTYPE_STREAM_WMA},
+        {Track::Wav, &Library::StreamCreateURL, BASS_CTYPE_STREAM_WAV_PCM},
+        {Track::Aiff, &Library::StreamCreateURL, BASS_CTYPE_STREAM_AIFF},
         {Track::Mono, &Library::StreamCreateURL, BASS_CTYPE_STREAM_MP3},
     };
     for (const Case& each : cases) {
@@ -227,6 +230,38 @@ TEST(HttpStream, GivesTheRecorderEverythingWhileNobodyListens) {
     listener.library().ChannelPlay(stream, false); // what is left plays from a frame boundary on
     ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
     EXPECT_GT(listener.syncs.back().seconds, 20.0);
+}
+
+TEST(HttpStream, APausedStationGoesOnWhereItWasOrJumpsToLive) {
+    for (const bool isToLive : {false, true}) {
+        SCOPED_TRACE(isToLive);
+        QByteArray audio;
+        for (int n = 0; n < 20; ++n)
+            audio += track(Track::Adts);
+        std::promise<void> mayGoOn;
+        LoopbackServer server([&audio, &mayGoOn](Connection& connection) {
+            connection.send(answer("ICY 200 OK") + audio);
+            mayGoOn.get_future().wait(); // the station stays
+        });
+        Listener listener;
+        AudioLibrary& library = listener.library();
+        const HSTREAM stream = listener.open(server.url());
+        ASSERT_NE(stream, 0U);
+        library.ChannelPlay(stream, false);
+        ASSERT_TRUE(library.ChannelPause(stream));
+        ASSERT_TRUE(listener.waitUntil([&] { return listener.bytes.size() == audio.size(); }));
+        const auto seconds = [&library, stream] {
+            return library.ChannelBytes2Seconds(stream, library.ChannelGetPosition(stream, 0));
+        };
+        const double pausedAt = seconds();
+        ASSERT_TRUE(!isToLive || library.ChannelJumpToLive(stream));
+        library.ChannelPlay(stream, false);
+        mayGoOn.set_value();
+        ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
+        // two seconds are kept, and what has been decoded counts as heard
+        const double whole = 20 * kTrackSeconds;
+        EXPECT_NEAR(seconds(), isToLive ? pausedAt + 3.0 : whole, 2.0);
+    }
 }
 
 TEST(HttpStream, TellsAFilesTransferToWaitInstead) {

@@ -38,6 +38,10 @@ QStringList encoderArguments(Track which) {
         return list("-c:a flac -f flac");
     case Track::M4a:
         return list("-c:a aac -aac_pns 0 -movflags +faststart -f ipod");
+    case Track::M4aIndexLast:
+        return list("-c:a aac -aac_pns 0 -f ipod");
+    case Track::Wma:
+        return list("-c:a wmav2 -b:a 128k -f asf");
     case Track::Wav:
         return list("-c:a pcm_s16le -f wav");
     case Track::Aiff:

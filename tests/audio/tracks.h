@@ -5,7 +5,22 @@
 
 /// Audio made with the ffmpeg program, once a process: short, below full scale, and different in
 /// every part, so that a shift or a loss shows.
-enum class Track { Mp3, Mp3Joint, Mp2, Adts, Vorbis, Opus, OggFlac, Flac, M4a, Wav, Aiff, Mono };
+enum class Track {
+    Mp3,
+    Mp3Joint,
+    Mp2,
+    Adts,
+    Vorbis,
+    Opus,
+    OggFlac,
+    Flac,
+    M4a,
+    M4aIndexLast,
+    Wma,
+    Wav,
+    Aiff,
+    Mono
+};
 
 constexpr double kTrackSeconds = 3.0;
 

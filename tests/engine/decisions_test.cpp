@@ -1,7 +1,10 @@
 #include "engine/connect_plan.h"
 #include "engine/library_errors.h"
 #include "engine/reconnect_policy.h"
+#include "engine/sound_options.h"
 #include "engine/stream_headers.h"
+#include "engine/time_shift.h"
+#include "engine/title_damper.h"
 #include "engine/track_change.h"
 
 #include <gtest/gtest.h>
@@ -81,7 +84,7 @@ TEST(LibraryErrors, FirstRowOfACodeWins) {
 }
 
 TEST(ReconnectPolicy, IsQuickAtFirstAndPatientLater) {
-    EXPECT_LE(reconnectPause(1, 0s), 100ms);
+    EXPECT_EQ(reconnectPause(1, 0s), 500ms);
     EXPECT_LE(reconnectPause(9, 25s), 500ms);
     EXPECT_EQ(reconnectPause(99, 1h), 30s);
     auto last = 0ms;
@@ -90,6 +93,41 @@ TEST(ReconnectPolicy, IsQuickAtFirstAndPatientLater) {
         EXPECT_GE(pause, last);
         last = pause;
     }
+}
+
+TEST(TimeShiftTest, AddsUpThePauses) {
+    TimeShift shift;
+    EXPECT_EQ(shift.behind(99s), 0s);
+    shift.pause(100s);
+    shift.pause(103s); // once more changes nothing
+    EXPECT_EQ(shift.behind(110s), 10s);
+    shift.resume(110s);
+    EXPECT_EQ(shift.behind(500s), 10s);
+    shift.pause(500s);
+    EXPECT_EQ(shift.behind(505s), 15s);
+    shift.reset();
+    EXPECT_FALSE(shift.isPaused());
+    EXPECT_EQ(shift.behind(600s), 0s);
+}
+
+TEST(TitleDamperTest, ASloganCutsOnce) {
+    TitleDamper damper;
+    const auto isTrack = [&damper](const char* track, std::chrono::seconds at) {
+        const QString text = QString::fromLatin1(track);
+        const bool isNew = !damper.isInterjection(text, at);
+        if (isNew)
+            damper.accept(text, at);
+        return isNew;
+    };
+    EXPECT_TRUE(isTrack("Song 1", 0s));
+    EXPECT_TRUE(isTrack("Best hits!", 60s)); // could be a song
+    EXPECT_TRUE(isTrack("Song 1", 70s));     // now it is known for what it is
+    EXPECT_FALSE(isTrack("Best hits!", 100s));
+    EXPECT_TRUE(isTrack("Song 2", 300s));
+    EXPECT_FALSE(isTrack("Best hits!", 310s));
+    EXPECT_TRUE(isTrack("Song 1", 500s));
+    EXPECT_TRUE(isTrack("Song 2", 700s)); // two songs in turn are two songs
+    EXPECT_TRUE(isTrack("Song 1", 900s));
 }
 
 TEST(StreamHeadersTest, ReadsWhatStationsSay) {
@@ -101,4 +139,28 @@ TEST(StreamHeadersTest, ReadsWhatStationsSay) {
     EXPECT_EQ(headers.bitrate, 128);
     EXPECT_EQ(headers.website, QStringLiteral("http://x"));
     EXPECT_EQ(parseStreamHeaders(nullptr).bitrate, 0);
+}
+
+TEST(SoundOptions, EqualizerTextsComeBackAsTheyWere) {
+    for (const EqualizerPreset& preset : equalizerPresets()) {
+        EXPECT_EQ(equalizerText(preset.bandsDb), QLatin1String(preset.name));
+        EXPECT_EQ(bandsFromText(QLatin1String(preset.name)), preset.bandsDb) << preset.name;
+    }
+    const EqualizerBands own{1.5F, -2.0F, 0, 0, 0, 0, 0, 0, 0, 12.0F};
+    EXPECT_EQ(bandsFromText(equalizerText(own)), own);
+    EXPECT_EQ(presetOf(own), -1);
+    const struct {
+        const char* text;
+        float first;
+    } cases[] = {
+        {"", 0.0F},
+        {"rock", 5.0F},
+        {"99;0;0;0;0;0;0;0;0;0", 12.0F},
+        {"1;2;3", 0.0F},
+        {"1;x;0;0;0;0;0;0;0;0", 0.0F},
+        {"nan;0;0;0;0;0;0;0;0;0", 0.0F},
+        {"1;0;0;0;0;0;0;0;0;0;0", 0.0F},
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(bandsFromText(QLatin1String(test.text))[0], test.first) << test.text;
 }

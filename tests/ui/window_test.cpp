@@ -79,6 +79,26 @@ TEST_F(WindowTest, ShowsWhatIsHeardInEveryState) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Wavelark"));
 }
 
+TEST_F(WindowTest, PausesAndGoesBackToLive) {
+    open();
+    EXPECT_FALSE(child("pauseButton")->isEnabled());
+    playAddress(kAddress);
+    player.becomePlaying();
+    EXPECT_TRUE(child("pauseButton")->isEnabled());
+    EXPECT_FALSE(child("liveButton")->isVisible());
+    press(Qt::Key_Space, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(player.calls.last(), QStringLiteral("pause station"));
+    EXPECT_EQ(child("pauseButton")->accessibleName(), QStringLiteral("Go on"));
+    StreamInfo info;
+    info.behindLiveMs = 125000;
+    player.becomePlaying(info);
+    EXPECT_TRUE(child("liveButton")->isVisible());
+    EXPECT_TRUE(text("statusText").contains(QStringLiteral("2:05 behind live")));
+    press(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(player.calls.last(), QStringLiteral("live"));
+    EXPECT_FALSE(child("liveButton")->isVisible());
+}
+
 TEST_F(WindowTest, StatusLinesShowUntilTheStateChanges) {
     open();
     playAddress(kAddress);

@@ -7,11 +7,24 @@ namespace BASS {
 namespace {
 
 constexpr std::size_t kFirstBytes = 65536;
-constexpr std::size_t kMaxTitles = 64;
+constexpr std::size_t kMaxTitles = 1024;
 
 } // namespace
 
-ByteFifo::ByteFifo(std::size_t bound) : m_bound(bound) {}
+ByteFifo::ByteFifo(std::size_t bound, std::size_t waitAt)
+    : m_bound(bound), m_waitAt(std::min(bound, waitAt)) {}
+
+void ByteFifo::skipToNewest(std::size_t kept) {
+    const std::lock_guard lock(m_mutex);
+    if (m_size > kept)
+        dropOldest(m_size - kept);
+    if (m_ring.size() <= kFirstBytes || m_size > m_ring.size() / 4)
+        return;
+    std::vector<std::uint8_t> smaller(std::max(m_size, kFirstBytes)); // a pause may have been long
+    copyOut(smaller.data(), m_size);
+    m_ring = std::move(smaller);
+    m_head = 0;
+}
 
 void ByteFifo::grow(std::size_t wanted) {
     if (wanted <= m_ring.size())
@@ -95,7 +108,7 @@ void ByteFifo::end(int error) {
 
 bool ByteFifo::mustWait(std::size_t size) {
     const std::lock_guard lock(m_mutex);
-    m_isWaiting = m_size + size > m_bound && !m_isAborted;
+    m_isWaiting = m_size + size > m_waitAt && !m_isAborted;
     return m_isWaiting;
 }
 
@@ -153,7 +166,7 @@ ByteFifo::Read ByteFifo::read(std::uint8_t* out, std::size_t max) {
             m_links.pop_front();
             m_isAtLink = false;
         }
-        if (m_isWaiting && m_size < m_bound / 2) {
+        if (m_isWaiting && m_size < m_waitAt / 2) {
             m_isWaiting = false;
             hasDrained = true;
         }

@@ -18,7 +18,8 @@ namespace BASS {
 /// *Thread*: one writing, one reading; abort() from any.
 class ByteFifo final : public DecoderInput {
   public:
-    explicit ByteFifo(std::size_t bound);
+    /// bound: bytes held at most; waitAt: a transfer that can wait does so from here on.
+    explicit ByteFifo(std::size_t bound, std::size_t waitAt = ~std::size_t{0});
 
     // --- writing thread -------------------------------------------------------------------------
     void push(const std::uint8_t* data, std::size_t size);
@@ -39,7 +40,9 @@ class ByteFifo final : public DecoderInput {
     // --- any thread -----------------------------------------------------------------------------
     void abort() override;
     [[nodiscard]] std::size_t size() const;
-    [[nodiscard]] std::size_t bound() const { return m_bound; }
+    [[nodiscard]] std::size_t waitAt() const { return m_waitAt; }
+    /// Drops all but the newest bytes, as when there was no room for more.
+    void skipToNewest(std::size_t kept);
     [[nodiscard]] std::uint64_t received() const override;
     [[nodiscard]] std::uint64_t taken() const override;
     [[nodiscard]] bool isEnded() const;
@@ -52,6 +55,7 @@ class ByteFifo final : public DecoderInput {
     std::uint64_t nextLink() const;
 
     const std::size_t m_bound;
+    const std::size_t m_waitAt;
     std::function<void()> m_onDrained;
 
     mutable std::mutex m_mutex; ///< guards all below

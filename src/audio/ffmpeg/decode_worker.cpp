@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -50,6 +51,14 @@ void DecodeWorker::seek(double seconds) {
         m_seekTo = seconds;
     }
     m_wake.notify_all();
+    m_voice.wakeDecoder();
+}
+
+void DecodeWorker::discardDecoded() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_mustDiscard = true;
+    }
     m_voice.wakeDecoder();
 }
 
@@ -218,6 +227,7 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
     if (block.samples.empty())
         return true;
     updateInfo();
+    deliverComments();
     const std::uint64_t position = streamPosition(block.hasPosition ? block.position : m_fed);
     deliverTitles(position);
     if (m_callbacks.pcm)
@@ -239,9 +249,21 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
         if (m_isStopping.load())
             return false;
         const std::lock_guard lock(m_mutex);
-        if (m_seekTo)
+        if (m_seekTo || m_mustDiscard)
             return true;
     }
+}
+
+/// What only the container tells; streams of the other formats have had their titles taken out on
+/// the way here.
+void DecodeWorker::deliverComments() {
+    const bool isAsf = m_format == StreamFormat::Asf;
+    if (!isAsf && m_format != StreamFormat::Mp4)
+        return;
+    std::string comments = m_decoder->takeComments();
+    if (!comments.empty())
+        m_callbacks.title(
+            {m_voice.writtenFrame(), isAsf ? BASS_TAG_WMA : BASS_TAG_MP4, std::move(comments)});
 }
 
 void DecodeWorker::deliverTitles(std::uint64_t position) {
@@ -291,6 +313,8 @@ bool DecodeWorker::performSeek() {
     {
         const std::lock_guard lock(m_mutex);
         target.swap(m_seekTo);
+        if (std::exchange(m_mustDiscard, false))
+            m_voice.restartAt(m_voice.writtenFrame());
     }
     if (!target || !m_decoder->seek(*target))
         return false;

@@ -54,6 +54,8 @@ class DecodeWorker {
     void stop();
     /// Files only; done soon after.
     void seek(double seconds);
+    /// What has been decoded and not yet been heard is dropped soon after.
+    void discardDecoded();
     [[nodiscard]] Info info() const;
 
   private:
@@ -73,6 +75,7 @@ class DecodeWorker {
     bool stepOnce();
     bool linkIsOver();
     bool deliver(LinkDecoder::Block& block);
+    void deliverComments();
     void deliverTitles(std::uint64_t position);
     std::uint64_t streamPosition(std::uint64_t fed);
     void tellReady(int error);
@@ -102,6 +105,7 @@ class DecodeWorker {
     mutable std::mutex m_mutex; ///< guards all below
     std::condition_variable m_wake;
     std::optional<double> m_seekTo;
+    bool m_mustDiscard = false;
     Info m_info;
 };
 

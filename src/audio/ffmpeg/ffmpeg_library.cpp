@@ -1,5 +1,6 @@
 #include "audio/ffmpeg/ffmpeg_library.h"
 
+#include "audio/ffmpeg/avio_source.h"
 #include "audio/ffmpeg/url_text.h"
 #include "base/log.h"
 
@@ -18,6 +19,9 @@ namespace {
 
 constexpr DWORD kCurrentDevice = ~DWORD{0};
 constexpr DWORD kDefaultDeviceNumber = 1;
+
+/// A thread that waits for a name server cannot be woken.
+constexpr std::chrono::seconds kLongestNameLookup{15};
 
 thread_local int lastError = BASS_OK;
 
@@ -45,6 +49,7 @@ FfmpegLibrary::~FfmpegLibrary() {
     m_isStopping.store(true);
     m_signal.post();
     m_dispatcher.join();
+    AvioSource::waitForAll(kLongestNameLookup);
 }
 
 bool FfmpegLibrary::fail(int error) {

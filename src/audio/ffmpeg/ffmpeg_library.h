@@ -69,6 +69,7 @@ class FfmpegLibrary final : public AudioLibrary {
 
     bool ChannelPlay(DWORD handle, bool restart) override;
     bool ChannelPause(DWORD handle) override;
+    bool ChannelJumpToLive(DWORD handle) override;
     bool ChannelStop(DWORD handle) override;
     DWORD ChannelIsActive(DWORD handle) override;
     bool ChannelGetInfo(DWORD handle, BASS_CHANNELINFO* info) override;
@@ -142,12 +143,14 @@ class FfmpegLibrary final : public AudioLibrary {
     void endEncoders(StreamChannel& channel);
     void sweepEncoders();
 
+    std::shared_ptr<StreamSource>
+    makeSource(HttpRequest request, std::shared_ptr<StreamTap> tap, Accepts* accepts);
     HSTREAM createUrl(const UrlArguments& arguments, Accepts* accepts);
     HSTREAM createFile(const void* file, DWORD flags, Accepts* accepts);
     HSTREAM finishCreate(const Channel& channel);
     Channel newChannel(DWORD flags);
     HttpRequest requestFor(const UrlArguments& arguments) const;
-    std::size_t fifoBound() const;
+    std::size_t bufferBytes() const;
     Channel find(DWORD handle) const;
     bool freeChannel(DWORD handle);
     std::vector<Channel> channels() const;

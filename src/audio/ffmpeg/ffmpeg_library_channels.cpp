@@ -34,6 +34,13 @@ bool FfmpegLibrary::ChannelPause(DWORD handle) {
     return succeed();
 }
 
+bool FfmpegLibrary::ChannelJumpToLive(DWORD handle) {
+    const Channel channel = find(handle);
+    if (!channel)
+        return false;
+    return channel->jumpToLive() ? succeed() : fail(BASS_ERROR_NOTAVAIL);
+}
+
 bool FfmpegLibrary::ChannelStop(DWORD handle) {
     const Channel channel = find(handle);
     if (!channel)

@@ -1,6 +1,8 @@
+#include "audio/ffmpeg/avio_source.h"
 #include "audio/ffmpeg/ffmpeg_library.h"
 #include "audio/ffmpeg/hls_source.h"
 #include "audio/ffmpeg/http_source.h"
+#include "audio/ffmpeg/mp4_source.h"
 #include "audio/ffmpeg/url_text.h"
 
 #include <algorithm>
@@ -44,18 +46,24 @@ bool takesWma(StreamFormat format) {
     return format == StreamFormat::Asf;
 }
 
+/// What mms and rtsp carry.
+bool takesForeign(StreamFormat format) {
+    return format == StreamFormat::Asf || format == StreamFormat::Mpeg ||
+           format == StreamFormat::Adts || format == StreamFormat::Flac;
+}
+
 /// What segments hold.
 bool takesSegments(StreamFormat format) {
     return format == StreamFormat::Mpeg || format == StreamFormat::Adts ||
            format == StreamFormat::Flac;
 }
 
-/// A decoder behind by more than this is a listener who paused.
+/// A file is received so far ahead of what is heard.
 constexpr std::size_t kSmallestBuffer = 512U * 1024U;
 constexpr std::size_t kLargestBuffer = 8U * 1024U * 1024U;
 constexpr std::size_t kBytesPerMs = 192; // lossless audio with room to spare
-/// A live stream of segments begins with three of them at once.
-constexpr std::size_t kSegmentsBuffer = 8U * 1024U * 1024U;
+/// A live stream of segments begins with three of them at once, an MP4 file with its index.
+constexpr std::size_t kAheadBuffer = 8U * 1024U * 1024U;
 
 } // namespace
 
@@ -136,7 +144,7 @@ FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
     return channel;
 }
 
-std::size_t FfmpegLibrary::fifoBound() const {
+std::size_t FfmpegLibrary::bufferBytes() const {
     const std::size_t wanted = std::size_t{GetConfig(BASS_CONFIG_NET_BUFFER)} * kBytesPerMs;
     return std::clamp(wanted, kSmallestBuffer, kLargestBuffer);
 }
@@ -152,6 +160,20 @@ HttpRequest FfmpegLibrary::requestFor(const UrlArguments& arguments) const {
     request.userAgent = m_userAgent;
     request.proxy = m_proxy;
     return request;
+}
+
+std::shared_ptr<StreamSource>
+FfmpegLibrary::makeSource(HttpRequest request, std::shared_ptr<StreamTap> tap, Accepts* accepts) {
+    if (accepts == takesSegments)
+        return std::make_shared<HlsSource>(*m_net, std::move(request), std::move(tap));
+    if (accepts == takesMp4)
+        return std::make_shared<Mp4Source>(*m_net, std::move(request), std::move(tap));
+    if (accepts == takesForeign)
+        return std::make_shared<AvioSource>(
+            AvioSource::Request{
+                request.url, request.userAgent, request.answerTimeout, request.readTimeout},
+            std::move(tap));
+    return std::make_shared<HttpSource>(*m_net, std::move(request), std::move(tap));
 }
 
 HSTREAM FfmpegLibrary::createUrl(const UrlArguments& arguments, Accepts* accepts) {
@@ -170,13 +192,13 @@ HSTREAM FfmpegLibrary::createUrl(const UrlArguments& arguments, Accepts* accepts
     callbacks.user = arguments.user;
     callbacks.wantsHeaders = (arguments.flags & BASS_STREAM_STATUS) != 0;
     HttpRequest request = requestFor(arguments);
-    const bool isSegmented = accepts == takesSegments;
-    const auto make = [&](std::shared_ptr<StreamTap> tap) -> std::shared_ptr<StreamSource> {
-        if (isSegmented)
-            return std::make_shared<HlsSource>(*m_net, std::move(request), std::move(tap));
-        return std::make_shared<HttpSource>(*m_net, std::move(request), std::move(tap));
+    if (accepts == takesWma && AvioSource::takes(request.url))
+        accepts = takesForeign;
+    const auto make = [&](std::shared_ptr<StreamTap> tap) {
+        return makeSource(std::move(request), std::move(tap), accepts);
     };
-    const std::size_t bound = isSegmented ? kSegmentsBuffer : fifoBound();
+    const bool isAhead = accepts == takesSegments || accepts == takesMp4;
+    const std::size_t bound = isAhead ? kAheadBuffer : bufferBytes();
     channel->openUrl(make, std::move(callbacks), bound, accepts);
     const HSTREAM handle = finishCreate(channel);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "audio/ffmpeg/packet_framer.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -7,14 +9,7 @@ namespace BASS {
 
 /// The audio of one MP4 fragment as the elementary stream that carries its own framing.
 struct FragmentAudio {
-    enum class Codec {
-        None, ///< there is no audio in it
-        Mpeg,
-        Adts,
-        Flac,
-        Unsupported,
-    };
-    Codec codec = Codec::None;
+    FramedCodec codec = FramedCodec::None;
     std::vector<std::uint8_t> head;  ///< a native FLAC stream's beginning; else empty
     std::vector<std::uint8_t> bytes; ///< whole frames
 };

@@ -31,7 +31,7 @@ std::uint32_t number(const std::uint8_t* d) {
 
 void HlsSegmentReader::begin(const std::vector<std::uint8_t>& map) {
     m_kind = Kind::Unknown;
-    m_codec = Codec::None;
+    m_codec = FramedCodec::None;
     m_held.clear();
     m_map = map;
     m_hasAudio = false;
@@ -44,7 +44,7 @@ void HlsSegmentReader::begin(const std::vector<std::uint8_t>& map) {
 void HlsSegmentReader::feed(const std::uint8_t* data, std::size_t size) {
     if (m_kind == Kind::Transport) {
         m_ts.feed(data, size);
-    } else if (m_kind == Kind::Packed && m_codec != Codec::None) {
+    } else if (m_kind == Kind::Packed && m_codec != FramedCodec::None) {
         handOn(data, size);
     } else if (m_kind != Kind::Rubbish) {
         m_held.insert(m_held.end(), data, data + size);
@@ -88,12 +88,12 @@ void HlsSegmentReader::packedBegins(bool isEnd) {
     const std::uint8_t first = m_held[0];
     const std::uint8_t second = m_held[1];
     if (first == 0xFF && (second & 0xF6) == 0xF0) {
-        setCodec(Codec::Adts);
+        setCodec(FramedCodec::Adts);
     } else if (first == 0xFF && (second & 0xE0) == 0xE0) {
-        setCodec(Codec::Mpeg);
+        setCodec(FramedCodec::Mpeg);
     } else {
         const bool isAc3 = first == 0x0B && second == 0x77;
-        m_codec = isAc3 ? Codec::Unsupported : Codec::None;
+        m_codec = isAc3 ? FramedCodec::Unsupported : FramedCodec::None;
         m_kind = Kind::Rubbish;
         return;
     }
@@ -120,12 +120,12 @@ bool HlsSegmentReader::takeTags() {
 bool HlsSegmentReader::end() {
     if (m_kind == Kind::Unknown)
         identify(true);
-    if (m_kind == Kind::Packed && m_codec == Codec::None)
+    if (m_kind == Kind::Packed && m_codec == FramedCodec::None)
         packedBegins(true);
     if (m_kind == Kind::Transport) {
         m_ts.segmentEnds();
         if (!m_hasAudio && m_ts.codec() == TsDemux::Codec::Unsupported)
-            m_codec = Codec::Unsupported;
+            m_codec = FramedCodec::Unsupported;
     }
     if (m_kind == Kind::Fragment)
         endFragment();
@@ -139,24 +139,24 @@ void HlsSegmentReader::endFragment() {
     bytes.insert(bytes.end(), m_held.begin(), m_held.end());
     const FragmentAudio audio = readFragment(bytes);
     switch (audio.codec) {
-    case FragmentAudio::Codec::Mpeg:
-        setCodec(Codec::Mpeg);
+    case FramedCodec::Mpeg:
+        setCodec(FramedCodec::Mpeg);
         break;
-    case FragmentAudio::Codec::Adts:
-        setCodec(Codec::Adts);
+    case FramedCodec::Adts:
+        setCodec(FramedCodec::Adts);
         break;
-    case FragmentAudio::Codec::Flac:
-        if (m_stream != Codec::Flac)
+    case FramedCodec::Flac:
+        if (m_stream != FramedCodec::Flac)
             bytes = audio.head;
         else
             bytes.clear();
-        setCodec(Codec::Flac);
+        setCodec(FramedCodec::Flac);
         handOn(bytes.data(), bytes.size());
         break;
-    case FragmentAudio::Codec::Unsupported:
-        m_codec = Codec::Unsupported;
+    case FramedCodec::Unsupported:
+        m_codec = FramedCodec::Unsupported;
         return;
-    case FragmentAudio::Codec::None:
+    case FramedCodec::None:
         return;
     }
     handOn(audio.bytes.data(), audio.bytes.size());
@@ -185,12 +185,12 @@ void HlsSegmentReader::tellMessages() {
 
 void HlsSegmentReader::reset() {
     m_ts.reset();
-    m_stream = Codec::None;
+    m_stream = FramedCodec::None;
 }
 
 void HlsSegmentReader::audio(const std::uint8_t* data, std::size_t size) {
     if (!m_hasAudio)
-        setCodec(m_ts.codec() == TsDemux::Codec::Adts ? Codec::Adts : Codec::Mpeg);
+        setCodec(m_ts.codec() == TsDemux::Codec::Adts ? FramedCodec::Adts : FramedCodec::Mpeg);
     handOn(data, size);
 }
 
@@ -200,7 +200,7 @@ void HlsSegmentReader::id3(const std::uint8_t* data, std::size_t size) {
         m_sink.texts(*texts);
 }
 
-void HlsSegmentReader::setCodec(Codec codec) {
+void HlsSegmentReader::setCodec(FramedCodec codec) {
     m_codec = codec;
     if (m_stream == codec)
         return;

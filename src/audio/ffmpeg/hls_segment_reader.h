@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/ffmpeg/packet_framer.h"
 #include "audio/hls/ts_demux.h"
 #include "audio/id3_tag.h"
 
@@ -14,12 +15,11 @@ namespace BASS {
 /// section 3). One thread at a time.
 class HlsSegmentReader final : private TsDemux::Sink {
   public:
-    enum class Codec { None, Mpeg, Adts, Flac, Unsupported };
     class Sink {
       public:
         virtual ~Sink() = default;
         /// Before the first bytes, and whenever they become others than they were.
-        virtual void streamBegins(Codec codec) = 0;
+        virtual void streamBegins(FramedCodec codec) = 0;
         virtual void audio(const std::uint8_t* data, std::size_t size) = 0;
         /// It belongs to the audio that follows.
         virtual void texts(const Id3Texts& texts) = 0;
@@ -35,7 +35,7 @@ class HlsSegmentReader final : private TsDemux::Sink {
     /// What follows has nothing to do with what was before.
     void reset();
     /// What the last segment held.
-    [[nodiscard]] Codec codec() const { return m_codec; }
+    [[nodiscard]] FramedCodec codec() const { return m_codec; }
 
   private:
     enum class Kind { Unknown, Transport, Packed, Fragment, Rubbish };
@@ -48,14 +48,14 @@ class HlsSegmentReader final : private TsDemux::Sink {
     bool takeTags();
     void endFragment();
     void tellMessages();
-    void setCodec(Codec codec);
+    void setCodec(FramedCodec codec);
     void handOn(const std::uint8_t* data, std::size_t size);
 
     Sink& m_sink;
     TsDemux m_ts;
     Kind m_kind = Kind::Unknown;
-    Codec m_codec = Codec::None;  ///< of this segment
-    Codec m_stream = Codec::None; ///< told last
+    FramedCodec m_codec = FramedCodec::None;  ///< of this segment
+    FramedCodec m_stream = FramedCodec::None; ///< told last
     std::vector<std::uint8_t> m_map;
     std::vector<std::uint8_t> m_held; ///< not yet known what it is, or a fragment on its way
     bool m_hasAudio = false;

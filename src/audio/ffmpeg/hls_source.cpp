@@ -51,11 +51,11 @@ std::string resolvedUrl(const std::string& base, const std::string& relative) {
     return result;
 }
 
-const char* contentType(HlsSegmentReader::Codec codec) {
+const char* contentType(FramedCodec codec) {
     switch (codec) {
-    case HlsSegmentReader::Codec::Adts:
+    case FramedCodec::Adts:
         return "Content-Type: audio/aac";
-    case HlsSegmentReader::Codec::Flac:
+    case FramedCodec::Flac:
         return "Content-Type: audio/flac";
     default:
         return "Content-Type: audio/mpeg";
@@ -63,7 +63,7 @@ const char* contentType(HlsSegmentReader::Codec codec) {
 }
 
 /// A length and a type are the playlist's, not the stream's.
-HttpHeaders streamHeaders(const HttpHeaders& playlist, HlsSegmentReader::Codec codec) {
+HttpHeaders streamHeaders(const HttpHeaders& playlist, FramedCodec codec) {
     HttpHeaders result = playlist;
     const auto isAbout = [](const std::string& line, const char* name) {
         return !HttpHeaders{{line}, {}}.value(name).empty();
@@ -290,7 +290,7 @@ void HlsSource::fetchNext() {
             end(BASS_OK);
         if (next.what != HlsNext::What::Fetch)
             return;
-        const bool hasRoom = !m_media.hasEnd || !m_tap->fifo().mustWait(m_tap->fifo().bound() / 2);
+        const bool hasRoom = !m_media.hasEnd || !m_tap->fifo().mustWait(m_tap->fifo().waitAt() / 2);
         if (!hasRoom)
             return; // resume() comes back here
         m_segment = m_media.segments[next.index];
@@ -420,7 +420,7 @@ void HlsSource::segmentEnded(const Answer& answer) {
     }
     const bool isReadable = m_taken > 0 && (!needsKey() || decrypt());
     if (!isReadable || !m_reader.end()) {
-        const bool isUnsupported = m_reader.codec() == HlsSegmentReader::Codec::Unsupported;
+        const bool isUnsupported = m_reader.codec() == FramedCodec::Unsupported;
         passOver(isUnsupported ? BASS_ERROR_CODEC : BASS_ERROR_FILEFORM);
         return;
     }
@@ -482,7 +482,7 @@ bool HlsSource::decrypt() {
 // --- audio
 // ----------------------------------------------------------------------------------------
 
-void HlsSource::streamBegins(HlsSegmentReader::Codec codec) {
+void HlsSource::streamBegins(FramedCodec codec) {
     double length = 0.0;
     for (const HlsSegment& segment : m_media.segments)
         length += segment.seconds;

@@ -50,7 +50,7 @@ class HlsSource final : public StreamSource,
     using OnEnd = std::function<void(const Answer&)>;
 
     // audio
-    void streamBegins(HlsSegmentReader::Codec codec) override;
+    void streamBegins(FramedCodec codec) override;
     void audio(const std::uint8_t* data, std::size_t size) override;
     void texts(const Id3Texts& texts) override;
 

@@ -116,6 +116,7 @@ struct LinkDecoder::State {
     int badInRow = 0;
     bool isDraining = false;
     bool isSkipping = false;
+    bool areCommentsTold = false;
     bool isRejoining = false; ///< the frames that the gate drops still take their time
     double frameLength = 0.0; ///< seconds of the last decoded frame
     double skippedRest = 0.0; ///< of a frame, not yet given out
@@ -461,6 +462,22 @@ double LinkDecoder::duration() const {
     return s.stream->duration > 0
                ? static_cast<double>(s.stream->duration) * av_q2d(s.stream->time_base)
                : 0.0;
+}
+
+std::string LinkDecoder::takeComments() {
+    State& s = *m_state;
+    const bool isUpdated = (s.format->event_flags & AVFMT_EVENT_FLAG_METADATA_UPDATED) != 0;
+    if (s.areCommentsTold && !isUpdated)
+        return {};
+    s.areCommentsTold = true;
+    s.format->event_flags &= ~AVFMT_EVENT_FLAG_METADATA_UPDATED;
+    std::string result;
+    for (const char* const name : {"artist", "author", "title"}) {
+        const AVDictionaryEntry* const entry = av_dict_get(s.format->metadata, name, nullptr, 0);
+        if (entry != nullptr && *entry->value != '\0')
+            result += std::string(name[1] == 'u' ? "artist" : name) + '=' + entry->value + '\0';
+    }
+    return result;
 }
 
 bool LinkDecoder::seek(double seconds) {

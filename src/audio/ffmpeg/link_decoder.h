@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace BASS {
@@ -62,6 +63,9 @@ class LinkDecoder {
     [[nodiscard]] Info info() const;
     /// Seconds; 0: not known.
     [[nodiscard]] double duration() const;
+    /// "NAME=value" texts of the container, each zero-terminated, where they have changed since the
+    /// last call; else empty.
+    [[nodiscard]] std::string takeComments();
     /// Goes to the frame at or before `seconds` and drops what comes before it.
     bool seek(double seconds);
 

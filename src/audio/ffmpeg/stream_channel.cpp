@@ -50,6 +50,8 @@ DWORD syncOf(DWORD tagType) {
     switch (tagType) {
     case BASS_TAG_OGG:
         return BASS_SYNC_OGG_CHANGE;
+    case BASS_TAG_WMA:
+        return BASS_SYNC_WMA_META;
     case BASS_TAG_HLS_EXTINF:
         return BASS_SYNC_HLS_SEGMENT;
     default:
@@ -84,10 +86,10 @@ StreamChannel::~StreamChannel() {
 
 void StreamChannel::openUrl(const MakeSource& make,
                             StreamTap::Callbacks callbacks,
-                            std::size_t fifoBound,
+                            std::size_t bufferBytes,
                             std::function<bool(StreamFormat)> accepts) {
     callbacks.ended = [this] { post(BASS_SYNC_DOWNLOAD, 0); };
-    m_tap = std::make_shared<StreamTap>(std::move(callbacks), fifoBound);
+    m_tap = std::make_shared<StreamTap>(std::move(callbacks), bufferBytes);
     m_source = make(m_tap);
     m_tap->fifo().setDrained([this] { m_source->resume(); });
     m_source->start();
@@ -214,6 +216,20 @@ double StreamChannel::duration() const {
 
 void StreamChannel::seek(double seconds) {
     m_worker->seek(seconds);
+}
+
+bool StreamChannel::jumpToLive() {
+    const StreamFormat format = m_worker->info().format;
+    const bool isEnterable = format != StreamFormat::Asf && format != StreamFormat::Mp4 &&
+                             format != StreamFormat::Wav && format != StreamFormat::Aiff;
+    if (!m_tap || m_tap->length() > 0 || !isEnterable)
+        return false;
+    constexpr std::size_t kKeptSeconds = 2; // less, and the first late packet is heard as a gap
+    constexpr int kUsualBitrate = 128;
+    const int rate = bitrate() > 0 ? bitrate() : kUsualBitrate;
+    m_tap->fifo().skipToNewest(static_cast<std::size_t>(rate) * 1000 / 8 * kKeptSeconds);
+    m_worker->discardDecoded();
+    return true;
 }
 
 QWORD StreamChannel::bytes(double seconds) const {

@@ -45,7 +45,7 @@ class StreamChannel {
     using MakeSource = std::function<std::shared_ptr<StreamSource>(std::shared_ptr<StreamTap>)>;
     void openUrl(const MakeSource& make,
                  StreamTap::Callbacks callbacks,
-                 std::size_t fifoBound,
+                 std::size_t bufferBytes,
                  std::function<bool(StreamFormat)> accepts);
     /// False where the file does not open.
     bool openFile(const std::filesystem::path& path, std::function<bool(StreamFormat)> accepts);
@@ -72,6 +72,8 @@ class StreamChannel {
     /// Seconds; 0: not known.
     [[nodiscard]] double duration() const;
     void seek(double seconds);
+    /// False where it is no live stream, or one that cannot be entered anywhere.
+    bool jumpToLive();
     /// Between seconds and bytes of float samples of the source.
     [[nodiscard]] QWORD bytes(double seconds) const;
     [[nodiscard]] double seconds(QWORD bytes) const;

@@ -20,8 +20,8 @@ std::string zeroSeparated(const std::vector<std::string>& lines) {
 
 } // namespace
 
-StreamTap::StreamTap(Callbacks callbacks, std::size_t fifoBound)
-    : m_callbacks(std::move(callbacks)), m_fifo(fifoBound) {}
+StreamTap::StreamTap(Callbacks callbacks, std::size_t waitAt)
+    : m_callbacks(std::move(callbacks)), m_fifo(kTimeShiftBytes, waitAt) {}
 
 HttpHeaders StreamTap::headers() const {
     const std::lock_guard lock(m_mutex);

@@ -28,7 +28,10 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
         std::function<void()> ended; ///< on the network thread, through the gate
     };
 
-    StreamTap(Callbacks callbacks, std::size_t fifoBound);
+    /// waitAt: see ByteFifo; what plays live is kept up to kTimeShiftBytes for a listener who has
+    /// paused.
+    StreamTap(Callbacks callbacks, std::size_t waitAt);
+    static constexpr std::size_t kTimeShiftBytes = 32U * 1024U * 1024U;
 
     [[nodiscard]] ByteFifo& fifo() { return m_fifo; }
     /// No callback runs or begins after it returned.
@@ -44,6 +47,9 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     void streamBegins(const HttpHeaders& headers, std::uint64_t length);
     void streamBytes(const std::uint8_t* data, std::size_t size) { handOn(data, size); }
     void streamTitle(DWORD type, const std::string& text) { tellTitle(type, text); }
+
+    /// For the decoder alone: what it needs at this place although the server sends it elsewhere.
+    void decoderBytes(const std::uint8_t* data, std::size_t size) { m_fifo.push(data, size); }
 
     // --- TransferSink: bytes as a server sends them
     // -----------------------------------------------

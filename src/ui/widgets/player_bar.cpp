@@ -8,6 +8,7 @@
 #include "ui/theme/wavelark_style.h"
 #include "ui/widgets/elided_label.h"
 #include "ui/widgets/menu_tool_button.h"
+#include "ui/widgets/peak_meter.h"
 #include "ui/widgets/recording_strip.h"
 
 #include <QLabel>
@@ -37,7 +38,8 @@ PlayerBar::PlayerBar(const Commands& commands, QWidget* parent)
       m_station(new ElidedLabel(ElidedLabel::Tone::Quiet, this)),
       m_title(new ElidedLabel(ElidedLabel::Tone::Strong, this)),
       m_status(new ElidedLabel(ElidedLabel::Tone::Quiet, this)), m_elapsed(new QLabel(this)),
-      m_play(new QToolButton(this)), m_record(new MenuToolButton(this)),
+      m_play(new QToolButton(this)), m_pause(new QToolButton(this)), m_live(new QToolButton(this)),
+      m_record(new MenuToolButton(this)), m_meter(new PeakMeter(this)),
       m_mute(new QToolButton(this)), m_volume(new QSlider(Qt::Horizontal, this)),
       m_percent(new QLabel(this)),
       m_strip(new RecordingStrip({commands.openRecordingFolder, commands.recordPause}, this)) {
@@ -66,6 +68,17 @@ void PlayerBar::makeButtons(const Commands& commands) {
     m_play->setProperty(WavelarkStyle::kFilledProperty, true);
     connect(m_play, &QToolButton::clicked, commands.playStop, &QAction::trigger);
 
+    const QPair<QToolButton*, QAction*> shifts[] = {{m_pause, commands.pause},
+                                                    {m_live, commands.goLive}};
+    for (const auto& [button, action] : shifts) {
+        button->setDefaultAction(action);
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        button->setFixedSize(36, 36);
+    }
+    m_pause->setObjectName(QStringLiteral("pauseButton"));
+    m_live->setObjectName(QStringLiteral("liveButton"));
+    m_live->hide();
+
     auto* menu = new QMenu(m_record);
     menu->addActions({commands.recordSplit, commands.recordNoSplit, commands.recordSingleSong});
     menu->addAction(commands.recordKeepLast);
@@ -81,7 +94,8 @@ void PlayerBar::makeButtons(const Commands& commands) {
     m_mute->setObjectName(QStringLiteral("muteButton"));
     m_mute->setFixedSize(36, 36);
     connect(m_mute, &QToolButton::clicked, commands.mute, &QAction::trigger);
-    for (QToolButton* button : {m_play, static_cast<QToolButton*>(m_record), m_mute}) {
+    for (QToolButton* button :
+         {m_play, m_pause, m_live, static_cast<QToolButton*>(m_record), m_mute}) {
         button->setFocusPolicy(Qt::StrongFocus);
         button->setIconSize(kIcon);
     }
@@ -120,8 +134,11 @@ void PlayerBar::layOut() {
     auto* controls = new QHBoxLayout;
     controls->setSpacing(6);
     controls->addWidget(m_play);
+    controls->addWidget(m_pause);
+    controls->addWidget(m_live);
     controls->addWidget(m_record);
     controls->addSpacing(4);
+    controls->addWidget(m_meter);
     controls->addStretch(1);
     controls->addWidget(m_mute);
     controls->addWidget(m_volume, 2);
@@ -145,11 +162,16 @@ void PlayerBar::showHeard(const Heard& heard) {
         m_statusLine.clear();
     }
     m_heard = heard;
+    m_meter->setRunning(heard.state == PlayState::Playing);
     const bool isIdle = heard.state == PlayState::Stopped && heard.station.isEmpty();
     const QString first = heard.title.isEmpty() ? heard.station : heard.title;
     m_title->setFullText(isIdle ? tr("Nothing is playing") : first);
     m_station->setFullText(heard.title.isEmpty() ? QString() : heard.station);
     m_station->setVisible(!heard.title.isEmpty());
+    m_live->setVisible(heard.stream.behindLiveMs > 0);
+    for (QToolButton* button : {m_pause, m_live}) {
+        button->setAccessibleName(button->text().remove(QLatin1Char('&')));
+    }
     updateStatus();
     if (isNewState || m_play->icon().isNull()) { // told several times a second
         updateButtons();
@@ -175,6 +197,11 @@ void PlayerBar::updateStatus() {
     QString text = m_statusLine.isEmpty() || m_heard.state == PlayState::Playing
                        ? stateText(m_heard.state)
                        : m_statusLine;
+    const std::chrono::milliseconds behind(m_heard.stream.behindLiveMs);
+    constexpr std::chrono::seconds kShown(1);
+    if (behind >= kShown) {
+        text = QStringLiteral("%1 · %2").arg(text, tr("%1 behind live").arg(durationText(behind)));
+    }
     const QString stream = streamText(m_heard.stream);
     if (m_heard.state == PlayState::Playing && !stream.isEmpty()) {
         text = QStringLiteral("%1 · %2").arg(text, stream);
