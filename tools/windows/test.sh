@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Windows from nothing: prepares the libraries, builds, runs the tests under Wine, packs the program
 # and starts what was packed. Writes to build/windows, build/wine and the cache of the libraries
-# alone.  WIN_CACHE: that cache; WAVELARK_WINDOWS_PACK: the packed libraries, else they are built.
+# alone.  WIN_CACHE: that cache; WAVELARK_WINDOWS_PACK: the packed libraries, else they are built;
+# WAVELARK_WINDOWS=pack: builds, packs and tries what was packed, without the tests one by one.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
@@ -66,15 +67,21 @@ trap stop_wine EXIT
     fail "Wine does not start: $(grep . "$build/wine.log" | tail -n 1)"
 # What cannot run under Wine; the structure tests look at the source and need no second look.
 left_out=$(sed -n 's/^\([^# ][^ ]*\) .*/\1/p' tests/wine_left_out.txt | paste -sd '|')
-result=0
-nice ctest --test-dir "$build" -j "$jobs" --timeout 180 --output-on-failure --no-tests=error \
-    -E "^structure[.]${left_out:+|$left_out}" > "$build/ctest.log" 2>&1 || result=$?
-sed -n '/tests passed/,/^Total/p; /FAILED/,$p' "$build/ctest.log" | grep -E 'tests passed|^[[:space:]]+[0-9]+ - ' |
-    sed 's/^[[:space:]]*/windows: /' || true
-if [ $result -ne 0 ]; then
-    fail "tests have failed; all of it is in build/windows/ctest.log"
+run_tests() {
+    local result=0
+    nice ctest --test-dir "$build" -j "$jobs" --timeout 180 --output-on-failure --no-tests=error \
+        -E "^structure[.]${left_out:+|$left_out}" > "$build/ctest.log" 2>&1 || result=$?
+    sed -n '/tests passed/,/^Total/p; /FAILED/,$p' "$build/ctest.log" |
+        grep -E 'tests passed|^[[:space:]]+[0-9]+ - ' | sed 's/^[[:space:]]*/windows: /' || true
+    [ $result -eq 0 ] || fail "tests have failed; all of it is in build/windows/ctest.log"
+    echo "windows: tested after $((SECONDS - started)) s"
+}
+summary="no tests run, only the build and what was packed"
+if [ "${WAVELARK_WINDOWS:-1}" != pack ]; then
+    run_tests
+    tests=$(sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "$build/ctest.log")
+    summary="$tests tests run, $tests passed, $(grep -c . <<< "${left_out//|/$'\n'}") left out"
 fi
-echo "windows: tested after $((SECONDS - started)) s"
 
 mapfile -t packed < <("$here/pack.sh" "$build")
 [ ${#packed[@]} -gt 0 ] || exit 1
@@ -82,5 +89,4 @@ mapfile -t packed < <("$here/pack.sh" "$build")
 for file in "${packed[@]}"; do
     echo "windows: ${file#"$root/"} $(stat -c %s "$file") bytes"
 done
-tests=$(sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "$build/ctest.log")
-echo "windows: $tests tests run, $tests passed, $(grep -c . <<< "${left_out//|/$'\n'}") left out; $((SECONDS - started)) s in all"
+echo "windows: $summary; $((SECONDS - started)) s in all"
