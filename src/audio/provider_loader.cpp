@@ -77,10 +77,10 @@ Result<ChosenProvider> loadChosenProvider(const QString& name, const QStringList
                                              "%1\nThe embedded audio library is used instead.")
                      .arg(library.error());
     } else if (name != kEmbedded) {
-        qCWarning(lcAudio) << "provider not known name=" << name;
+        qCWarning(lcAudio, "provider not known name=%s", qPrintable(name));
     }
     for (const QString& note : notes)
-        qCWarning(lcAudio).noquote() << note;
+        qCWarning(lcAudio, "%s", qPrintable(note));
     const auto library = loadAudioProvider(moduleOf(kEmbedded), folders);
     if (!library)
         return Error{library.error()};

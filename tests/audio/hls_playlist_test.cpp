@@ -95,6 +95,11 @@ TEST(HlsPlaylist, NonsenseIsPassedOver) {
     ASSERT_EQ(list.segments.size(), 4U);
     for (const HlsSegment& segment : list.segments)
         EXPECT_TRUE(segment.seconds >= 0.0 && segment.seconds <= 1.0) << segment.seconds;
+    // the first number may stand behind segments: they are numbered without a gap all the same
+    const HlsPlaylist late = media("#EXTINF:1,\na\n#EXT-X-MEDIA-SEQUENCE:8\n#EXTINF:1,\nb\n");
+    ASSERT_EQ(late.segments.size(), 2U);
+    EXPECT_EQ(late.segments[0].sequence, 8U);
+    EXPECT_EQ(late.segments[1].sequence, 9U);
     std::string many = "#EXTM3U\n#EXT-X-TARGETDURATION:1\n";
     for (int n = 0; n < 250000; ++n)
         many += "#EXTINF:1,\ns\n";

@@ -219,6 +219,7 @@ TEST(HlsStream, FailsWithTheRightCode) {
                 (isList ? head + "#EXTINF:1,\na\n#EXTINF:1,\nb\n#EXT-X-ENDLIST\n" : body));
         };
     };
+    ASSERT_FALSE(track(Track::Mp3).isEmpty());        // encoded before a server has to send it
     EXPECT_EQ(errorOf(endless), BASS_ERROR_FILEFORM); // at once, although it never ends
     EXPECT_EQ(errorOf(sends("<html>")), BASS_ERROR_FILEFORM);
     EXPECT_EQ(errorOf(sends("#EXTM3U\nhttp://host/stream\n")), BASS_ERROR_FILEFORM);
@@ -230,7 +231,7 @@ TEST(HlsStream, FailsWithTheRightCode) {
                   connection.send(answer("HTTP/1.0 404 Not Found") + "no");
               }),
               BASS_ERROR_FILEOPEN);
-    EXPECT_EQ(errorOf(playlistOf("<html>not found</html>")), BASS_ERROR_FILEOPEN);
+    EXPECT_EQ(errorOf(playlistOf("<html>not found</html>")), BASS_ERROR_FILEFORM);
     EXPECT_EQ(errorOf(playlistOf("\x0B\x77 some Dolby frames")), BASS_ERROR_CODEC);
     // a master playlist that names itself
     EXPECT_EQ(errorOf(sends("#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\nstream\n")),
@@ -267,4 +268,86 @@ TEST(HlsStream, PlaysAPlaylistFromAFile) {
                         "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\nfile://" + path.toUtf8() + "\n");
     });
     EXPECT_EQ(listener.open(server.url(), &Library::HLS_StreamCreateURL), 0U);
+}
+
+TEST(HlsStream, HostileStationsEndWithACode) {
+    const auto noise = [](int size) {
+        QByteArray bytes;
+        quint32 state = 1;
+        for (int n = 0; n < size; ++n) {
+            state = state * 1664525U + 1013904223U;
+            bytes += static_cast<char>(state >> 24);
+        }
+        return bytes;
+    };
+    QByteArray transport; // in step, but nothing else
+    for (int n = 0; n < 200; ++n)
+        transport += 'G' + noise(187);
+    QByteArray manyLines = "#EXTM3U\n#EXT-X-TARGETDURATION:1\n";
+    for (int n = 0; n < 50000; ++n)
+        manyLines += "#EXTINF:1,\nnothing\n";
+    const QByteArray shortList =
+        "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\na\n#EXT-X-ENDLIST\n";
+    const struct {
+        const char* what;
+        QByteArray list;
+        QByteArray segment; ///< empty: there is none
+        int error;
+    } cases[] = {
+        {"a hundred thousand lines to nowhere", manyLines, {}, BASS_ERROR_FILEOPEN},
+        {"noise", shortList, noise(50000), BASS_ERROR_FILEFORM},
+        {"one byte", shortList, "G", BASS_ERROR_FILEFORM},
+        {"transport packets of noise", shortList, transport, BASS_ERROR_FILEFORM},
+        {"a fragment of noise",
+         shortList,
+         "\x01\x01\x01\x01moof" + noise(5000),
+         BASS_ERROR_FILEFORM},
+        {"a tag without an end",
+         shortList,
+         "ID3\4\0\0\x7F\x7F\x7F\x7F" + noise(500),
+         BASS_ERROR_FILEFORM},
+        {"half a frame", shortList, tone(kAac, "adts").left(40), BASS_ERROR_FILEFORM},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        LoopbackServer server([&c](Connection& connection) {
+            const bool isList = connection.request().startsWith("GET /stream");
+            connection.send(answer(isList || !c.segment.isEmpty() ? "HTTP/1.0 200 OK"
+                                                                  : "HTTP/1.0 404 Not Found") +
+                            (isList ? c.list : c.segment));
+        });
+        Listener listener;
+        EXPECT_EQ(listener.open(server.url(), &Library::HLS_StreamCreateURL), 0U);
+        EXPECT_EQ(listener.library().ErrorGetCode(), c.error);
+    }
+    LoopbackServer endless([](Connection& connection) {
+        connection.send(answer("HTTP/1.0 200 OK") + "#EXTM3U\n");
+        while (connection.send(QByteArray(65536, '#')))
+            ;
+    });
+    Listener listener;
+    EXPECT_EQ(listener.open(endless.url(), &Library::HLS_StreamCreateURL), 0U);
+    EXPECT_EQ(listener.library().ErrorGetCode(), BASS_ERROR_FILEFORM);
+}
+
+TEST(HlsStream, ManyStationsLeaveNothingBehind) {
+    HlsScript script;
+    script.pieces = aacPieces();
+    script.isLive = true;
+    const HlsStation station(script);
+    Listener listener;
+    const auto once = [&listener, &station] {
+        const HSTREAM stream = open(listener, station.url());
+        ASSERT_NE(stream, 0U);
+        listener.library().ChannelPlay(stream, false);
+        ASSERT_TRUE(listener.library().StreamFree(stream));
+    };
+    for (int n = 0; n < 5; ++n)
+        once(); // connections that stay open for the next request
+    const int threads = threadCount();
+    const int files = openFiles();
+    for (int n = 0; n < 200; ++n)
+        once();
+    EXPECT_LE(threadCount(), threads + 2);
+    EXPECT_LE(openFiles(), files + 10);
 }

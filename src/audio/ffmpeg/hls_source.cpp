@@ -150,6 +150,8 @@ void HlsSource::close() {
 }
 
 void HlsSource::end(int error) {
+    if (!m_hasAudio && m_failures > 0)
+        error = m_lastError; // what the segments were tells more than that there are no more
     qCInfo(lcAudio, "segments ended url=%s error=%d", loggableUrl(m_url).c_str(), error);
     if (error != BASS_OK && !m_hasAudio && tryNextChoice())
         return;
@@ -271,7 +273,9 @@ void HlsSource::playlistFailed(int error) {
 }
 
 void HlsSource::scheduleReload(bool hasNew) {
-    if (std::chrono::steady_clock::now() - m_lastNews > hlsPatience(m_media)) {
+    // a window of which nothing can be played is no station
+    const bool isHopeless = !m_hasAudio && m_failures > 0 && !m_isBusy && !hasNew;
+    if (isHopeless || std::chrono::steady_clock::now() - m_lastNews > hlsPatience(m_media)) {
         end(BASS_ERROR_TIMEOUT);
         return;
     }
@@ -444,6 +448,7 @@ void HlsSource::passOver(int error) {
               static_cast<unsigned long long>(m_segment.sequence),
               error);
     m_last = m_segment.sequence;
+    m_lastError = error;
     m_hasGap = true;
     m_isBusy = false;
     if (++m_failures >= kMostFailures || error == BASS_ERROR_CODEC)

@@ -117,8 +117,9 @@ class Parser {
     void address(std::string_view uri);
 
     HlsPlaylist m_list;
-    HlsSegment m_next; ///< what has been said of the segment whose address follows
-    std::uint64_t m_sequence = 0;
+    HlsSegment m_next;                 ///< what has been said of the segment whose address follows
+    std::uint64_t m_firstSequence = 0; ///< holds for the whole list, wherever it stands
+    std::uint64_t m_count = 0;
     std::string m_rangeUri; ///< of the last byte range
     std::uint64_t m_rangeEnd = 0;
     std::optional<std::string> m_range;
@@ -147,7 +148,7 @@ void Parser::tag(std::string_view name, std::string_view value) {
     else if (name == "#EXT-X-TARGETDURATION")
         m_list.targetSeconds = positiveNumber(value);
     else if (name == "#EXT-X-MEDIA-SEQUENCE")
-        m_sequence = wholeNumber(value);
+        m_firstSequence = wholeNumber(value);
     else if (name == "#EXT-X-ENDLIST")
         m_list.hasEnd = true;
     else if (name == "#EXT-X-START")
@@ -229,7 +230,7 @@ void Parser::address(std::string_view uri) {
     if (m_range)
         m_next.resource = byteRange(*m_range, m_rangeUri == uri ? m_rangeEnd : 0);
     m_next.resource.uri = std::string(uri);
-    m_next.sequence = m_sequence++;
+    m_next.sequence = m_count++;
     m_rangeUri = m_next.resource.uri;
     m_rangeEnd = m_next.resource.offset + m_next.resource.length;
     m_list.segments.push_back(m_next);
@@ -245,6 +246,8 @@ HlsPlaylist Parser::take() {
         m_list.kind = HlsPlaylist::Kind::Master;
     else if (m_isMedia)
         m_list.kind = HlsPlaylist::Kind::Media;
+    for (HlsSegment& segment : m_list.segments)
+        segment.sequence += m_firstSequence;
     if (m_list.segments.size() > kMaxHlsSegments)
         m_list.segments.erase(m_list.segments.begin(),
                               m_list.segments.end() - static_cast<std::ptrdiff_t>(kMaxHlsSegments));

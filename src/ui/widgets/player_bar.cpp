@@ -77,6 +77,10 @@ void PlayerBar::makeButtons(const Commands& commands) {
     }
     m_pause->setObjectName(QStringLiteral("pauseButton"));
     m_live->setObjectName(QStringLiteral("liveButton"));
+    // the buttons beside it must not move away under the mouse
+    QSizePolicy policy = m_live->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_live->setSizePolicy(policy);
     m_live->hide();
 
     auto* menu = new QMenu(m_record);
