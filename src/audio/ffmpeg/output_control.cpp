@@ -109,9 +109,12 @@ void OutputControl::tend() {
     bool isLost = false;
     {
         const std::lock_guard lock(m_deviceMutex);
-        if (m_device.load() == kNoSound || !m_sdl || !m_sdl->isUp() ||
-            (m_sdlOutput != nullptr && !m_sdlOutput->isLost()))
+        if (m_device.load() == kNoSound || !m_sdl || !m_sdl->isUp())
             return;
+        if (m_sdlOutput != nullptr && !m_sdlOutput->isLost()) {
+            returnToChosen();
+            return;
+        }
         isLost = m_sdlOutput != nullptr;
         if (isLost)
             qCWarning(lcAudio, "output device lost device=%s", m_name.c_str());
@@ -139,9 +142,30 @@ void OutputControl::waitLonger() {
 
 std::unique_ptr<SdlOutput> OutputControl::openDevice() {
     auto output = SdlOutput::open(m_mixer, m_rate, m_name);
-    if (!output && !m_name.empty()) // better another device than silence
+    m_isSubstitute = !output && !m_name.empty();
+    if (m_isSubstitute) // better another device than silence
         output = SdlOutput::open(m_mixer, m_rate, {});
     return output;
+}
+
+/// A headset that is plugged in again takes over from what stood in for it.
+void OutputControl::returnToChosen() {
+    if (!m_isSubstitute || std::chrono::steady_clock::now() < m_nextTry)
+        return;
+    const std::vector<SdlDevice> there = m_sdl->devices();
+    const bool isBack = std::any_of(there.begin(), there.end(), [this](const SdlDevice& device) {
+        return device.name == m_name;
+    });
+    if (!isBack)
+        return;
+    auto output = SdlOutput::open(m_mixer, m_rate, m_name);
+    if (!output) {
+        waitLonger();
+        return;
+    }
+    qCInfo(lcAudio, "output device is back device=%s", m_name.c_str());
+    m_isSubstitute = false;
+    use(std::move(output));
 }
 
 /// Changes over to a device that is open and waits, or to the clock: never two at a time.

@@ -63,6 +63,7 @@ class OutputControl {
     void run();
     void tend();
     void reopen();
+    void returnToChosen();
     void waitLonger();
     void startSdl();
     void openChosen();
@@ -80,6 +81,7 @@ class OutputControl {
     std::unique_ptr<Output> m_output;
     SdlOutput* m_sdlOutput = nullptr; ///< m_output, where it is one
     std::string m_name;               ///< of the chosen device; empty: the default
+    bool m_isSubstitute = false;      ///< another one plays, for the chosen one was not there
     std::uint32_t m_rate = 44100;
     std::chrono::seconds m_retryAfter{0}; ///< doubles with each vain attempt
     std::chrono::steady_clock::time_point m_nextTry;
