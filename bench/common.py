@@ -12,7 +12,7 @@ import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-PROGRAM = ROOT / "build" / "release" / "wavelark"
+PROGRAM = pathlib.Path(os.environ.get("WAVELARK_PROGRAM", ROOT / "build" / "release" / "wavelark"))
 STATION = ROOT / "build" / "release" / "wavelark-demo-station"
 
 ICECAST = """<icecast><limits><clients>50</clients><sources>8</sources><burst-size>65536</burst-size></limits>

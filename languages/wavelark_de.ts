@@ -315,6 +315,10 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <source>Stereo</source>
         <translation>Stereo</translation>
     </message>
+    <message>
+        <source>Failed to initialize sound libraries</source>
+        <translation>Die Tonbibliotheken lassen sich nicht starten</translation>
+    </message>
 </context>
 <context>
     <name>BASS::CRecording</name>
@@ -615,6 +619,46 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <translation>Aufnahme fortsetzen</translation>
     </message>
     <message>
+        <source>&amp;Equalizer and sound…</source>
+        <translation>E&amp;qualizer und Klang…</translation>
+    </message>
+    <message>
+        <source>&amp;Off</source>
+        <translation>&amp;Aus</translation>
+    </message>
+    <message>
+        <source>&amp;Low</source>
+        <translation>&amp;Schwach</translation>
+    </message>
+    <message>
+        <source>&amp;Medium</source>
+        <translation>&amp;Mittel</translation>
+    </message>
+    <message>
+        <source>&amp;High</source>
+        <translation>S&amp;tark</translation>
+    </message>
+    <message>
+        <source>&amp;Custom</source>
+        <translation>&amp;Eigene</translation>
+    </message>
+    <message>
+        <source>&amp;All stations equally loud</source>
+        <translation>&amp;Alle Sender gleich laut</translation>
+    </message>
+    <message>
+        <source>E&amp;ven out loud and quiet</source>
+        <translation>Laut und leise an&amp;gleichen</translation>
+    </message>
+    <message>
+        <source>M&amp;ono</source>
+        <translation>Nur ein &amp;Kanal (Mono)</translation>
+    </message>
+    <message>
+        <source>&amp;Swap left and right</source>
+        <translation>Links und &amp;rechts tauschen</translation>
+    </message>
+    <message>
         <source>P&amp;ause</source>
         <translation>An&amp;halten</translation>
     </message>
@@ -737,6 +781,96 @@ Umwandeln löschen</translation>
     <message>
         <source>Quality %1</source>
         <translation>Qualität %1</translation>
+    </message>
+</context>
+<context>
+    <name>EqualizerPanel</name>
+    <message>
+        <source>%1 Hz</source>
+        <translation>%1 Hz</translation>
+    </message>
+    <message>
+        <source>%1 kHz</source>
+        <translation>%1 kHz</translation>
+    </message>
+    <message>
+        <source>&amp;Equalizer</source>
+        <translation>E&amp;qualizer</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Vorgabe</translation>
+    </message>
+    <message>
+        <source>Own</source>
+        <translation>Eigene</translation>
+    </message>
+    <message>
+        <source>&amp;Preset:</source>
+        <translation>&amp;Vorgabe:</translation>
+    </message>
+    <message>
+        <source>Pre-amp</source>
+        <translation>Vorverst.</translation>
+    </message>
+    <message>
+        <source>Pre-amplifier</source>
+        <translation>Vorverstärker</translation>
+    </message>
+    <message>
+        <source>%1 decibels</source>
+        <translation>%1 Dezibel</translation>
+    </message>
+</context>
+<context>
+    <name>EqualizerPreset</name>
+    <message>
+        <source>Flat</source>
+        <translation>Linear</translation>
+    </message>
+    <message>
+        <source>Rock</source>
+        <translation>Rock</translation>
+    </message>
+    <message>
+        <source>Pop</source>
+        <translation>Pop</translation>
+    </message>
+    <message>
+        <source>Jazz</source>
+        <translation>Jazz</translation>
+    </message>
+    <message>
+        <source>Classical</source>
+        <translation>Klassik</translation>
+    </message>
+    <message>
+        <source>Dance</source>
+        <translation>Tanz</translation>
+    </message>
+    <message>
+        <source>Electronic</source>
+        <translation>Elektronisch</translation>
+    </message>
+    <message>
+        <source>More bass</source>
+        <translation>Mehr Bässe</translation>
+    </message>
+    <message>
+        <source>More treble</source>
+        <translation>Mehr Höhen</translation>
+    </message>
+    <message>
+        <source>Bass and treble</source>
+        <translation>Bässe und Höhen</translation>
+    </message>
+    <message>
+        <source>Speech</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Small loudspeakers</source>
+        <translation>Kleine Lautsprecher</translation>
     </message>
 </context>
 <context>
@@ -873,6 +1007,10 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <source>&amp;Tools</source>
         <translation>&amp;Extras</translation>
     </message>
+    <message>
+        <source>&amp;Dynamic boost</source>
+        <translation>&amp;Dynamikverstärkung</translation>
+    </message>
 </context>
 <context>
     <name>MessageBar</name>
@@ -894,6 +1032,13 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>Pages</source>
         <translation>Seiten</translation>
+    </message>
+</context>
+<context>
+    <name>PeakMeter</name>
+    <message>
+        <source>Level</source>
+        <translation>Pegel</translation>
     </message>
 </context>
 <context>
@@ -1528,6 +1673,18 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
         <source>Encoding</source>
         <translation>Umwandlung</translation>
     </message>
+    <message>
+        <source>O&amp;utput device:</source>
+        <translation>Ausgabege&amp;rät:</translation>
+    </message>
+    <message>
+        <source>Show the peak &amp;meter</source>
+        <translation>Aussteuerungsan&amp;zeige zeigen</translation>
+    </message>
+    <message>
+        <source>%1 (not there now)</source>
+        <translation>%1 (jetzt nicht da)</translation>
+    </message>
 </context>
 <context>
     <name>ShortcutsDialog</name>
@@ -1570,6 +1727,105 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
     <message>
         <source>On the record button: show the ways to record</source>
         <translation>Auf dem Aufnahmeknopf: die Arten der Aufnahme zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>SoundDialog</name>
+    <message>
+        <source>&amp;Only for this station</source>
+        <translation>&amp;Nur für diesen Sender</translation>
+    </message>
+    <message>
+        <source>Equalizer and sound</source>
+        <translation>Equalizer und Klang</translation>
+    </message>
+    <message>
+        <source>&amp;Reset</source>
+        <translation>&amp;Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Loudness</source>
+        <translation>Lautheit</translation>
+    </message>
+    <message>
+        <source>&amp;All stations equally loud</source>
+        <translation>&amp;Alle Sender gleich laut</translation>
+    </message>
+    <message>
+        <source>E&amp;ven out loud and quiet</source>
+        <translation>&amp;Laut und leise angleichen</translation>
+    </message>
+    <message>
+        <source>Dynamic boost</source>
+        <translation>Dynamikverstärkung</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Schwach</translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Stark</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Eigene</translation>
+    </message>
+    <message>
+        <source>&amp;Dynamic boost:</source>
+        <translation>&amp;Dynamikverstärkung:</translation>
+    </message>
+    <message>
+        <source>Held back a&amp;bove:</source>
+        <translation>Ge&amp;bremst ab:</translation>
+    </message>
+    <message>
+        <source> dB</source>
+        <translation> dB</translation>
+    </message>
+    <message>
+        <source>&amp;How strongly:</source>
+        <translation>W&amp;ie stark:</translation>
+    </message>
+    <message>
+        <source> to 1</source>
+        <translation> zu 1</translation>
+    </message>
+    <message>
+        <source>Made &amp;louder by:</source>
+        <translation>An&amp;gehoben um:</translation>
+    </message>
+    <message>
+        <source>Stereo</source>
+        <translation>Stereo</translation>
+    </message>
+    <message>
+        <source>Stereo &amp;width:</source>
+        <translation>Stereo&amp;weite:</translation>
+    </message>
+    <message>
+        <source>Stereo width</source>
+        <translation>Stereoweite</translation>
+    </message>
+    <message>
+        <source>&amp;Mono</source>
+        <translation>&amp;Mono</translation>
+    </message>
+    <message>
+        <source>&amp;Swap left and right</source>
+        <translation>Links und &amp;rechts tauschen</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>

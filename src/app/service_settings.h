@@ -55,6 +55,12 @@ class OwnSettings {
     BoolSetting RecKeepSameFormat{m_file, "RecKeepSameFormat", "true"};
     // A recording ends where the disk has less; 0: no limit.
     IntSetting RecMinFreeMB{m_file, "RecMinFreeMB", "200"};
+    // 0 off, 1 low, 2 medium, 3 high, 4 custom: with the numbers that follow.
+    IntSetting DynamicBoost{m_file, "DynamicBoost", "0"};
+    // Decibels, to one, decibels.
+    IntSetting DynamicBoostThreshold{m_file, "DynamicBoostThreshold", "-18"};
+    IntSetting DynamicBoostRatio{m_file, "DynamicBoostRatio", "3"};
+    IntSetting DynamicBoostGain{m_file, "DynamicBoostGain", "9"};
     TextSetting LastStationUrl{m_file, "LastStationUrl"};
     TextSetting LastStationName{m_file, "LastStationName"};
     // "system", "light" or "dark"

@@ -69,6 +69,7 @@ void AppStream::play(const BASS::StationRecord& station) {
     m_shift.reset();
     m_splitDelayMs = station.splitDelayMs;
     setStation(station);
+    recallAutoGain();
     emit sig_stationChanged(m_station);
     publishSong();
     if (!InitLibrary()) {
@@ -274,7 +275,20 @@ void AppStream::fadeOut(Channel channel, std::chrono::milliseconds fade) {
     });
 }
 
+/// A station that is played again, or comes back after a gap, begins as loud as it was.
+void AppStream::rememberAutoGain() {
+    float decibel = 0.0F;
+    if (soundOptions().isAutoVolume && ChannelGetAttribute(BASS::BASS_ATTRIB_AUTO_GAIN, &decibel) &&
+        decibel != 0.0F)
+        m_autoGains.insert(m_station.playUrl(), decibel);
+}
+
+void AppStream::recallAutoGain() {
+    setAutoVolumeStart(m_autoGains.value(m_station.playUrl(), 0.0F));
+}
+
 void AppStream::disconnectChannels(std::chrono::milliseconds fade) {
+    rememberAutoGain();
     freeChannel(std::exchange(m_next, {}));
     fadeOut(std::exchange(m_current, {}), fade);
     setHandle(0);
@@ -383,6 +397,8 @@ void AppStream::reconnect() {
            "reconnecting attempt=%d outage_ms=%lld",
            m_reconnectAttempt,
            static_cast<long long>(outage().count()));
+    rememberAutoGain();
+    recallAutoGain();
     // now and then from the very beginning: what a playlist named may be gone for good
     const bool isFromStart = m_reconnectAttempt % kFullConnectEvery == 0;
     startConnect(isFromStart ? requestFor(m_station.playUrl(), 1, BASS::StreamKind::None)

@@ -6,6 +6,7 @@
 #include "engine/time_shift.h"
 #include "recording/stream_recorder.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QTimer>
 
@@ -112,6 +113,8 @@ class AppStream : public BASS::Stream {
     void reconnect();
     void giveUp(const QString& reason);
     void publishSong();
+    void rememberAutoGain();
+    void recallAutoGain();
     void startEncoding(const BASS::RecordingOptions& options);
     void recordingFinished();
     void tellPaused(bool isPaused);
@@ -136,6 +139,7 @@ class AppStream : public BASS::Stream {
     BASS::Song m_pendingSong;                ///< the next file is named after it
     QPointer<QObject> m_mainObject;
     BASS::Song m_publishedSong;
+    QHash<QString, float> m_autoGains;   ///< where the automatic volume stood, by address
     std::vector<BASS::Channel> m_fading; ///< still heard on their way out
     BASS::StreamRecorder m_recorder;
     BASS::StreamRecorder m_originals;

@@ -17,7 +17,9 @@ namespace {
 constexpr DWORD kOutputRate = 44100;
 /// One step of the volume slider in the library's unit.
 constexpr DWORD kVolumeStep = 100;
+constexpr QLatin1String kDefaultName("default");
 constexpr DWORD kConnectTimeoutMs = 5 * 1000;
+constexpr DWORD kCurrentDevice = ~DWORD{0};
 } // namespace
 
 CBass::CBass(std::shared_ptr<AudioLibrary> library, QObject* parent)
@@ -31,11 +33,13 @@ bool CBass::InitLibrary() {
     if (m_isInitialised)
         return true;
     m_library->Free();
-    const int device = deviceIndex();
+    int device = deviceIndex();
     m_library->SetConfig(BASS_CONFIG_DEV_DEFAULT, 1);
     bool isOk = m_library->Init(device, kOutputRate, 0);
-    if (!isOk && m_library->ErrorGetCode() == BASS_ERROR_DEVICE)
-        isOk = m_library->Init(-1, kOutputRate, 0);
+    if (!isOk && m_library->ErrorGetCode() == BASS_ERROR_DEVICE) {
+        device = -1;
+        isOk = m_library->Init(device, kOutputRate, 0);
+    }
     if (!isOk) {
         m_lastError =
             QStringLiteral("%1\n\n%2.")
@@ -51,6 +55,8 @@ bool CBass::InitLibrary() {
             qCInfo(lcEngine, "add-on not loaded name=%s reason=%s", addOn, qPrintable(errorText()));
     }
     applyNetworkSettings();
+    if (!SelectDevice(device))
+        return false;
     m_isPlaylistProcessed = m_library->GetConfig(BASS_CONFIG_NET_PLAYLIST) != 0;
     m_isInitialised = true;
     qCInfo(lcEngine,
@@ -87,13 +93,61 @@ void CBass::applyNetworkSettings() {
 int CBass::deviceIndex() {
     if (m_settings.outputDeviceName.isEmpty())
         return m_settings.outputDevice;
+    return deviceIndex(m_settings.outputDeviceName);
+}
+
+int CBass::deviceIndex(const QString& name) const {
     BASS_DEVICEINFO info{};
     for (DWORD n = 1; m_library->GetDeviceInfo(n, &info); ++n) {
-        if (QString::fromUtf8(info.name) == m_settings.outputDeviceName)
+        if (QString::fromUtf8(info.name) == name)
             return static_cast<int>(n);
     }
-    qCWarning(lcEngine, "output device not found name=%s", qPrintable(m_settings.outputDeviceName));
+    qCWarning(lcEngine, "output device not found name=%s", qPrintable(name));
     return -1;
+}
+
+bool CBass::SelectDevice(int index) {
+    if (m_library->SetDevice(static_cast<DWORD>(index)))
+        return true;
+    if (!m_library->Init(index, kOutputRate, 0) &&
+        m_library->ErrorGetCode() != BASS_ERROR_ALREADY) {
+        m_lastError =
+            tr("Failed to initialize sound libraries") + QStringLiteral("\n\n") + errorText();
+        AddLog(m_lastError, true);
+    }
+    return m_library->SetDevice(kCurrentDevice);
+}
+
+bool CBass::SelectDevice(const QString& name) {
+    m_settings.outputDeviceName = name;
+    m_settings.outputDevice = -1;
+    m_lastError.clear();
+    if (!m_isInitialised)
+        return true; // the next station opens it
+    const int index = name.isEmpty() ? followedDeviceIndex() : deviceIndex(name);
+    return SelectDevice(index) && m_lastError.isEmpty();
+}
+
+/// The entry that follows the system's choice, else what is the choice now.
+int CBass::followedDeviceIndex() {
+    BASS_DEVICEINFO info{};
+    for (DWORD n = 1; m_library->GetDeviceInfo(n, &info); ++n) {
+        if (QString::fromUtf8(info.name).compare(kDefaultName, Qt::CaseInsensitive) == 0)
+            return static_cast<int>(n);
+    }
+    return GetDefaultSoundDeviceIndex();
+}
+
+QStringList CBass::outputDevices() const {
+    QStringList names;
+    BASS_DEVICEINFO info{};
+    for (DWORD n = 1; m_library->GetDeviceInfo(n, &info); ++n) {
+        const QString name = QString::fromUtf8(info.name);
+        const bool isUsable = (info.flags & BASS_DEVICE_ENABLED) != 0;
+        if (isUsable && name.compare(kDefaultName, Qt::CaseInsensitive) != 0)
+            names.append(name);
+    }
+    return names;
 }
 
 int CBass::GetDefaultSoundDeviceIndex() {
@@ -106,7 +160,7 @@ int CBass::GetDefaultSoundDeviceIndex() {
                 qPrintable(name),
                 n);
         const bool isDefault = (info.flags & BASS_DEVICE_DEFAULT) != 0;
-        if (isDefault && name.compare(QLatin1String("default"), Qt::CaseInsensitive) != 0)
+        if (isDefault && name.compare(kDefaultName, Qt::CaseInsensitive) != 0)
             result = static_cast<int>(n);
     }
     return result;
@@ -118,6 +172,85 @@ QString CBass::errorText(int code) const {
 
 bool CBass::SetConfigPtr(DWORD option, const QString& text) {
     return m_library->SetConfigPtr(option | BASS_UNICODE, text.utf16());
+}
+
+// --- sound ---------------------------------------------------------------------------------------
+
+void CBass::setSoundOptions(const SoundOptions& options) {
+    m_soundOptions = options;
+    const float start = m_effects.autoVolumeStartDb;
+    m_effects = effectsFor(options);
+    m_effects.autoVolumeStartDb = start;
+    SetDynamicBoostFromParams(options);
+}
+
+void CBass::SetDynamicBoostFromParams(const SoundOptions& options) {
+    switch (options.boost) {
+    case DynamicBoost::Low:
+        SetDynamicAmpLow();
+        return;
+    case DynamicBoost::Medium:
+        SetDynamicAmpMedium();
+        return;
+    case DynamicBoost::High:
+        SetDynamicAmpHigh();
+        return;
+    case DynamicBoost::Custom:
+        m_effects.compressor = options.customBoost;
+        m_effects.compressor.isOn = true;
+        break;
+    case DynamicBoost::Off:
+        m_effects.compressor =
+            options.isCompressorOn ? gentleCompressor() : EffectSettings::Compressor{};
+        break;
+    }
+    applyEffects();
+}
+
+void CBass::SetDynamicAmpLow() {
+    qCDebug(lcEngine, "CBass::SetDynamicAmpLow()");
+    m_effects.compressor = compressorFor(DynamicBoost::Low);
+    applyEffects();
+}
+
+void CBass::SetDynamicAmpMedium() {
+    qCDebug(lcEngine, "CBass::SetDynamicAmpMedium()");
+    m_effects.compressor = compressorFor(DynamicBoost::Medium);
+    applyEffects();
+}
+
+void CBass::SetDynamicAmpHigh() {
+    qCDebug(lcEngine, "CBass::SetDynamicAmpHigh()");
+    m_effects.compressor = compressorFor(DynamicBoost::High);
+    applyEffects();
+}
+
+bool CBass::isDynamicBoostOn() const {
+    return m_soundOptions.boost != DynamicBoost::Off;
+}
+
+void CBass::setAutoVolumeStart(float decibel) {
+    m_effects.autoVolumeStartDb = decibel;
+    m_library->ChannelSetEffects(0, m_effects);
+}
+
+void CBass::applyEffects() {
+    m_library->ChannelSetEffects(0, m_effects);
+    const DWORD handle = GetHandle();
+    if (handle != 0)
+        m_library->ChannelSetEffects(handle, m_effects);
+}
+
+/// The channel may have been made before the last change.
+void CBass::prePlay() {
+    applyEffects();
+}
+
+DWORD CBass::ChannelGetLevel() const {
+    constexpr DWORD kFailed = ~DWORD{0};
+    const DWORD handle = GetHandle();
+    const DWORD level = handle == 0 ? 0 : m_library->ChannelGetLevel(handle);
+    return level == kFailed ? 0 : level;
 }
 
 // --- volume -------------------------------------------------------------------------------------

@@ -2,9 +2,11 @@
 
 #include "audio/audio_library.h"
 #include "engine/engine_types.h"
+#include "engine/sound_options.h"
 #include "stations/song.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QVariant>
 
 #include <atomic>
@@ -42,10 +44,30 @@ class CBass : public QObject {
     /// Index of the last device that is marked as the system's default under a name other than
     /// "default"; -1: none.
     int GetDefaultSoundDeviceIndex();
+    /// Moves what plays to another output device. On failure lastError() holds a text for the user.
+    bool SelectDevice(int index);
+    /// As above, by its name; empty: the system's default.
+    bool SelectDevice(const QString& name);
+    /// Names of the output devices, without "no sound" and the default.
+    [[nodiscard]] QStringList outputDevices() const;
     /// Text for a library error; code 0 asks the library for its last one.
     [[nodiscard]] QString errorText(int code = 0) const;
     /// A text option of the library.
     bool SetConfigPtr(DWORD option, const QString& text);
+
+    // --- sound --------------------------------------------------------------------------------
+    /// In force at once for what plays, and for every channel to come from its first sample.
+    void setSoundOptions(const SoundOptions& options);
+    [[nodiscard]] const SoundOptions& soundOptions() const { return m_soundOptions; }
+    /// Chooses the dynamic boost that the options ask for.
+    virtual void SetDynamicBoostFromParams(const SoundOptions& options);
+    virtual void SetDynamicAmpLow();
+    virtual void SetDynamicAmpMedium();
+    virtual void SetDynamicAmpHigh();
+    [[nodiscard]] bool isDynamicBoostOn() const;
+    /// Peaks of what is heard, before the volume: left in the low, right in the high 16 bits, 0 to
+    /// 32768; 0 without a channel.
+    [[nodiscard]] DWORD ChannelGetLevel() const;
 
     // --- volume -------------------------------------------------------------------------------
     /// 0 to 100, for all streams.
@@ -78,7 +100,9 @@ class CBass : public QObject {
     /// Hands a notification to the owner; may be called on any thread.
     virtual void Notify(int code, const QVariant& payload) = 0;
     /// Effects are attached here, before the channel plays.
-    virtual void prePlay() {}
+    virtual void prePlay();
+    /// Decibels with which the automatic volume of the next channel begins.
+    void setAutoVolumeStart(float decibel);
 
     void setHandle(DWORD handle) { m_handle = handle; }
     /// Registers the handlers below on the channel.
@@ -104,12 +128,17 @@ class CBass : public QObject {
   private:
     void applyNetworkSettings();
     int deviceIndex();
+    int deviceIndex(const QString& name) const;
+    int followedDeviceIndex();
+    void applyEffects();
     template <DWORD Type>
     static void syncCallback(HSYNC sync, DWORD channel, DWORD data, void* user);
     static void metaCallback(HSYNC sync, DWORD channel, DWORD data, void* user);
 
     std::shared_ptr<AudioLibrary> m_library;
     EngineSettings m_settings;
+    SoundOptions m_soundOptions;
+    EffectSettings m_effects;
     std::atomic<DWORD> m_handle{0};
     float m_channelVolume = 0.0F; ///< 0.0: not taken yet
     bool m_isChannelMuted = false;

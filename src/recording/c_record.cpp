@@ -28,6 +28,9 @@ void CRecord::takeBack(const FrameHistory& frames) {
 }
 
 void CRecord::flush() {
+    // a name without anything behind it should not be what a crash leaves
+    if (m_recording.size() == 0)
+        m_writer->flush();
     m_recording.flush();
 }
 

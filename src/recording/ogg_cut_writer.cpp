@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -70,6 +71,9 @@ struct OggCutWriter::Private {
     double seconds = 0; ///< of the links before
     bool isFirstPacket = true;
     std::optional<AudioFrame> held; ///< the end mark goes on the last packet
+    /// Pages of headers wait for audio: a file of them alone would not play after a crash.
+    QByteArray headerPages;
+    bool isInHeaders = false;
 };
 
 OggCutWriter::OggCutWriter(ByteSink& sink, const FrameHistory& before, quint32 serial)
@@ -115,6 +119,7 @@ void OggCutWriter::Private::begin(const AudioFrame& first) {
 }
 
 void OggCutWriter::Private::writeHeaders(qint64 skip) {
+    isInHeaders = true;
     for (std::size_t n = 0; n < link->headers.size(); ++n) {
         QByteArray header = link->headers[n];
         if (n == 0 && link->codec == OggCodec::Opus)
@@ -126,6 +131,7 @@ void OggCutWriter::Private::writeHeaders(qint64 skip) {
             pagesOut(true); // the first page holds the first packet alone
     }
     pagesOut(true); // audio begins on a fresh page
+    isInHeaders = false;
 }
 
 void OggCutWriter::Private::take(const AudioFrame& frame, qint64 samples) {
@@ -172,6 +178,11 @@ void OggCutWriter::Private::pagesOut(bool isAll) {
         bytes = QByteArray(reinterpret_cast<const char*>(page.header),
                            static_cast<int>(page.header_len));
         bytes.append(reinterpret_cast<const char*>(page.body), static_cast<int>(page.body_len));
+        if (isInHeaders) {
+            headerPages += bytes;
+            continue;
+        }
+        bytes.prepend(std::exchange(headerPages, {}));
         sink.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                     static_cast<std::size_t>(bytes.size()));
         paged = std::max<qint64>(paged, ogg_page_granulepos(&page));
@@ -179,7 +190,10 @@ void OggCutWriter::Private::pagesOut(bool isAll) {
 }
 
 void OggCutWriter::flush() {
-    if (m_private->link)
+    const Private& d = *m_private;
+    const qint64 heldSamples = d.held ? d.held->samples : 0;
+    const bool isHeard = d.granule - heldSamples > d.skipped;
+    if (d.link && (d.headerPages.isEmpty() || isHeard))
         m_private->pagesOut(true);
 }
 

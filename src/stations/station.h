@@ -1,5 +1,7 @@
 #pragma once
 
+#include "stations/rec_info.h"
+
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -36,6 +38,7 @@ struct StationRecord {
     QString dateUpdated;
     QString image;
     unsigned splitDelayMs = 0;
+    RecInfo recInfo; ///< its own recording options
 
     /// The address to try first.
     [[nodiscard]] QString playUrl() const;

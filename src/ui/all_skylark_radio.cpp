@@ -11,8 +11,10 @@
 #include "ui/controllers/play_controller.h"
 #include "ui/controllers/quit_controller.h"
 #include "ui/controllers/record_controller.h"
+#include "ui/controllers/sound_controller.h"
 #include "ui/controllers/volume_controller.h"
 #include "ui/dialogs/settings_dialog.h"
+#include "ui/dialogs/sound_dialog.h"
 #include "ui/main_menu.h"
 #include "ui/pages/page.h"
 #include "ui/pages/standard_pages.h"
@@ -25,6 +27,7 @@
 #include "ui/widgets/address_bar.h"
 #include "ui/widgets/message_bar.h"
 #include "ui/widgets/navigation_list.h"
+#include "ui/widgets/peak_meter.h"
 #include "ui/widgets/player_bar.h"
 #include "ui/widgets/shortcuts_dialog.h"
 #include "ui/window_presenter.h"
@@ -49,6 +52,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
       m_play(new PlayController(services.player, services.played, services.clock, this)),
       m_record(new RecordController(services.player, services.settings, this)),
       m_volume(new VolumeController(services.player, services.settings, this)),
+      m_sound(new SoundController(services.player, services.settings, this)),
       m_quit(new QuitController({services.player, *m_record, services.settings}, this)),
       m_endAction(new EndActionTimer(services.clock, this)),
       m_commandLine(new CommandLineController(
@@ -70,8 +74,10 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     setMinimumWidth(320);
     m_registry = standardPages(
         {services.player, services.played, services.settings, *m_play, *m_opener, m_log});
-    m_commands = new Commands(
-        {services.player, *m_play, *m_record, *m_volume}, m_registry, services.languages, this);
+    m_commands = new Commands({services.player, *m_play, *m_record, *m_volume, *m_sound},
+                              m_registry,
+                              services.languages,
+                              this);
     m_presenter =
         new WindowPresenter({*this, *m_commands, services.hasTray, services.hasDisplay}, this);
     m_presenter->setTrayOptions(services.settings.trayOptions());
@@ -99,6 +105,8 @@ void AllSkylarkRadio::layOut() {
     }
     m_messages = new MessageBar(content);
     m_bar = new PlayerBar(*m_commands, content);
+    m_bar->meter().setLevel([&player = m_services.player] { return player.level(); });
+    m_bar->meter().setLook(m_services.settings.peakMeter());
 
     auto* middle = new QHBoxLayout;
     middle->setSpacing(0);
@@ -164,6 +172,7 @@ void AllSkylarkRadio::wireCommands() {
         dialog->open();
     });
     connect(commands.settings, &QAction::triggered, this, &AllSkylarkRadio::showSettings);
+    connect(commands.sound, &QAction::triggered, this, &AllSkylarkRadio::showSoundDialog);
     connect(commands.about, &QAction::triggered, this, &AllSkylarkRadio::showAbout);
     for (int index = 0; index < commands.pages.size(); ++index) {
         connect(commands.pages.at(index), &QAction::triggered, this, [this, index] {
@@ -456,11 +465,23 @@ void AllSkylarkRadio::showSettings() {
     if (findChild<SettingsDialog*>() != nullptr) {
         return;
     }
-    auto* dialog =
-        new SettingsDialog(m_services.settings.preferences(), m_services.languages, this);
+    auto* dialog = new SettingsDialog(m_services.settings.preferences(),
+                                      m_services.languages,
+                                      m_services.player.outputDevices(),
+                                      this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &SettingsDialog::sig_applied, this, &AllSkylarkRadio::preferencesChanged);
     dialog->open();
+}
+
+void AllSkylarkRadio::showSoundDialog() {
+    auto* dialog = findChild<SoundDialog*>();
+    if (dialog == nullptr) {
+        dialog = new SoundDialog(*m_sound, this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    dialog->show(); // beside the window, so that stations can be changed meanwhile
+    dialog->activateWindow();
 }
 
 void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Preferences& after) {
@@ -468,6 +489,13 @@ void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Prefer
     m_presenter->setTrayOptions(m_services.settings.trayOptions());
     if (before.theme != after.theme) {
         WavelarkStyle::install(after.theme);
+    }
+    m_bar->meter().setLook(m_services.settings.peakMeter());
+    if (before.outputDevice != after.outputDevice) {
+        const QString fault = m_services.player.useOutputDevice(after.outputDevice);
+        if (!fault.isEmpty()) {
+            showMessage({Message::Kind::Error, fault, {}, {}});
+        }
     }
     m_bar->setPauseButtonShown(m_services.settings.isPauseButtonShown());
     showRecording();

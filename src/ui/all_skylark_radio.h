@@ -26,6 +26,7 @@ class PlayerBar;
 class QStackedWidget;
 class QuitController;
 class RecordController;
+class SoundController;
 class UiSettings;
 class VolumeController;
 class WindowPresenter;
@@ -124,6 +125,7 @@ class AllSkylarkRadio : public QMainWindow {
     void chooseLanguage(const QString& file);
     void askAndQuit();
     void showSettings();
+    void showSoundDialog();
     void preferencesChanged(const Preferences& before, const Preferences& after);
     void carryOutEnd(EndAction action);
 
@@ -131,6 +133,7 @@ class AllSkylarkRadio : public QMainWindow {
     PlayController* m_play;
     RecordController* m_record;
     VolumeController* m_volume;
+    SoundController* m_sound;
     QuitController* m_quit;
     EndActionTimer* m_endAction;
     CommandLineController* m_commandLine;

@@ -42,6 +42,8 @@ Preferences AppUiSettings::preferences() const {
     now.fadeOutSeconds = m_settings.FadeOutValue();
     now.bufferMs = m_settings.BufferSize();
     now.attempts = m_settings.Retries();
+    now.outputDevice = m_settings.PlayOnDevicesName();
+    now.isPeakMeterShown = m_settings.PeakMeterEnabled();
     now.recording = recordingPreferences();
     now.proxy = proxySettings(m_settings);
     return now;
@@ -89,6 +91,11 @@ void AppUiSettings::changeSound(const Preferences& before, const Preferences& af
     change(m_settings.FadeOutValue, before.fadeOutSeconds, after.fadeOutSeconds);
     change(m_settings.BufferSize, before.bufferMs, after.bufferMs);
     change(m_settings.Retries, before.attempts, after.attempts);
+    change(m_settings.PeakMeterEnabled, before.isPeakMeterShown, after.isPeakMeterShown);
+    if (before.outputDevice != after.outputDevice) {
+        m_settings.PlayOnDevicesName.set(after.outputDevice);
+        m_settings.PlayOnDevices.set(-1); // a place in the list says little after the next start
+    }
 }
 
 void AppUiSettings::changeProxy(const ProxySettings& proxy) {

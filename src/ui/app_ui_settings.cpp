@@ -3,6 +3,7 @@
 #include "app/app_settings.h"
 #include "app/application_proxy.h"
 #include "app/language_manager.h"
+#include "recording/station_options.h"
 
 #include <QDir>
 #include <QFontDatabase>
@@ -102,7 +103,7 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
                                                        const BASS::StationRecord& station,
                                                        const QString& schedule) const {
     BASS::RecordingOptions options;
-    options.mode = resolved(mode, m_settings.RecMode());
+    options.mode = resolved(BASS::stationRecordMode(mode, station.recInfo), m_settings.RecMode());
     const RecordSplitting splitting =
         options.mode == BASS::RecordMode::NoSplit ? RecordSplitting::Off : RecordSplitting::On;
     options.folder = recordingFolder();
@@ -134,7 +135,7 @@ BASS::RecordingOptions AppUiSettings::recordingOptions(BASS::RecordMode mode,
     options.isOriginalKept = !m_settings.RemoveOriginalFileAfterEncoding();
     options.isM4aUsed = m_settings.UseM4AForAAC();
     options.station = {station.name, station.country, station.countryState, station.city, schedule};
-    return options;
+    return BASS::withStationOptions(options, station.recInfo);
 }
 
 EngineSettings AppUiSettings::engineSettings() const {

@@ -28,6 +28,10 @@ class AppUiSettings final : public UiSettings {
     [[nodiscard]] TrayOptions trayOptions() const override;
     [[nodiscard]] Preferences preferences() const override;
     void changePreferences(const Preferences& before, const Preferences& after) override;
+    [[nodiscard]] BASS::SoundOptions sound(const BASS::StationRecord& station) const override;
+    void setSound(const BASS::StationRecord& station, const BASS::SoundOptions& sound) override;
+    void forgetStationEqualizer(const BASS::StationRecord& station) override;
+    [[nodiscard]] PeakMeterLook peakMeter() const override;
     [[nodiscard]] bool askOnExitIfRecording() const override;
     [[nodiscard]] bool autoPlayOnStart() const override;
     [[nodiscard]] bool advancedScheduling() const override;

@@ -2,6 +2,7 @@
 
 #include "ui/controllers/play_controller.h"
 #include "ui/controllers/record_controller.h"
+#include "ui/controllers/sound_controller.h"
 #include "ui/controllers/volume_controller.h"
 #include "ui/player.h"
 #include "ui/state_text.h"
@@ -23,6 +24,7 @@ Commands::Commands(const Controllers& controllers,
     makePlay();
     makeRecord();
     makeSound();
+    makeEffects();
     makeView(registry);
     makeThemes();
     makeLanguages(foundLanguages);
@@ -34,6 +36,8 @@ Commands::Commands(const Controllers& controllers,
     connect(&controllers.player, &Player::sig_streamInfoChanged, this, &Commands::update);
     connect(&controllers.record, &RecordController::sig_changed, this, &Commands::update);
     connect(&controllers.volume, &VolumeController::sig_changed, this, &Commands::update);
+    connect(&controllers.sound, &SoundController::sig_changed, this, &Commands::updateEffects);
+    updateEffects();
     update();
 }
 
@@ -104,6 +108,52 @@ void Commands::makeSound() {
     connect(volumeUp, &QAction::triggered, this, [&volume] { volume.changeVolume(kVolumeStep); });
     connect(
         volumeDown, &QAction::triggered, this, [&volume] { volume.changeVolume(-kVolumeStep); });
+}
+
+void Commands::makeEffects() {
+    SoundController& controller = m_controllers.sound;
+    sound = make(tr("&Equalizer and sound…"), {}, QKeySequence(Qt::CTRL + Qt::Key_E));
+    auto* group = new QActionGroup(this);
+    const QPair<QString, BASS::DynamicBoost> choices[] = {
+        {tr("&Off"), BASS::DynamicBoost::Off},
+        {tr("&Low"), BASS::DynamicBoost::Low},
+        {tr("&Medium"), BASS::DynamicBoost::Medium},
+        {tr("&High"), BASS::DynamicBoost::High},
+        {tr("&Custom"), BASS::DynamicBoost::Custom},
+    };
+    for (const auto& choice : choices) {
+        QAction* action = make(choice.first, {}, {});
+        action->setCheckable(true);
+        action->setData(static_cast<int>(choice.second));
+        group->addAction(action);
+        boosts.append(action);
+        connect(action, &QAction::triggered, this, [&controller, boost = choice.second] {
+            controller.setBoost(boost);
+        });
+    }
+    autoVolume = make(tr("&All stations equally loud"), {}, {});
+    compressor = make(tr("E&ven out loud and quiet"), {}, {});
+    mono = make(tr("M&ono"), {}, {});
+    swapChannels = make(tr("&Swap left and right"), {}, {});
+    for (QAction* action : {autoVolume, compressor, mono, swapChannels}) {
+        action->setCheckable(true);
+    }
+    connect(autoVolume, &QAction::triggered, &controller, &SoundController::setAutoVolume);
+    connect(compressor, &QAction::triggered, &controller, &SoundController::setCompressor);
+    connect(mono, &QAction::triggered, &controller, &SoundController::setMono);
+    connect(swapChannels, &QAction::triggered, &controller, &SoundController::setSwapped);
+}
+
+void Commands::updateEffects() {
+    const BASS::SoundOptions& options = m_controllers.sound.options();
+    for (QAction* boost : boosts) {
+        boost->setChecked(boost->data().toInt() == static_cast<int>(options.boost));
+    }
+    autoVolume->setChecked(options.isAutoVolume);
+    compressor->setChecked(options.isCompressorOn);
+    compressor->setEnabled(options.boost == BASS::DynamicBoost::Off);
+    mono->setChecked(options.isMono);
+    swapChannels->setChecked(options.isSwapped);
 }
 
 void Commands::makeView(const PageRegistry& registry) {

@@ -11,6 +11,7 @@
 class Player;
 class PlayController;
 class RecordController;
+class SoundController;
 class VolumeController;
 
 /// Every command of the window as an action with text, keys and state. Menus, buttons and the list
@@ -27,6 +28,7 @@ class Commands final : public QObject {
         PlayController& play;
         RecordController& record;
         VolumeController& volume;
+        SoundController& sound;
     };
 
     Commands(const Controllers& controllers,
@@ -51,6 +53,12 @@ class Commands final : public QObject {
     QAction* mute;
     QAction* volumeUp;
     QAction* volumeDown;
+    QAction* sound;           ///< the dialog with the equalizer
+    QVector<QAction*> boosts; ///< checkable; data() is the DynamicBoost as int
+    QAction* autoVolume;
+    QAction* compressor;
+    QAction* mono;
+    QAction* swapChannels;
     QAction* filter;
     QAction* closeMessage;
     QAction* toggleWindow; ///< hides the window in the tray, or shows it
@@ -69,6 +77,8 @@ class Commands final : public QObject {
     void makePlay();
     void makeRecord();
     void makeSound();
+    void makeEffects();
+    void updateEffects();
     void makeView(const PageRegistry& registry);
     void makeThemes();
     void makeLanguages(const QVector<Language>& languages);

@@ -29,6 +29,10 @@ void EnginePlayer::play(const BASS::StationRecord& station) {
     m_engine.play(station);
 }
 
+QString EnginePlayer::useOutputDevice(const QString& name) {
+    return m_engine.SelectDevice(name) ? QString() : m_engine.lastError();
+}
+
 void EnginePlayer::startRecording(const BASS::RecordingOptions& options) {
     m_engine.startRecording(options);
 }

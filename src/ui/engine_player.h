@@ -35,6 +35,10 @@ class EnginePlayer final : public Player {
     [[nodiscard]] bool isRecordingPaused() const override { return m_engine.isRecordingPaused(); }
     void setVolume(int percent) override { m_engine.SetVolume(percent); }
     void setMuted(bool isMuted) override { m_engine.SetVolumeMute(isMuted); }
+    void setSound(const BASS::SoundOptions& sound) override { m_engine.setSoundOptions(sound); }
+    [[nodiscard]] quint32 level() const override { return m_engine.ChannelGetLevel(); }
+    [[nodiscard]] QStringList outputDevices() const override { return m_engine.outputDevices(); }
+    QString useOutputDevice(const QString& name) override;
 
   private:
     AppStream& m_engine;

@@ -36,6 +36,12 @@ void fillMenus(const AddMenu& add, const Commands& commands) {
 
     QMenu* sound = add(MainMenu::tr("S&ound"));
     sound->addActions({commands.mute, commands.volumeUp, commands.volumeDown});
+    sound->addSeparator();
+    sound->addAction(commands.sound);
+    sound->addMenu(MainMenu::tr("&Dynamic boost"))->addActions(commands.boosts.toList());
+    sound->addActions({commands.autoVolume, commands.compressor});
+    sound->addSeparator();
+    sound->addActions({commands.mono, commands.swapChannels});
 
     QMenu* view = add(MainMenu::tr("&View"));
     view->addActions(commands.pages.toList());

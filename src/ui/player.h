@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/engine_types.h"
+#include "engine/sound_options.h"
 #include "recording/recording_types.h"
 #include "stations/station.h"
 
@@ -48,6 +49,16 @@ class Player : public QObject {
     /// 0 to 100.
     virtual void setVolume(int percent) = 0;
     virtual void setMuted(bool isMuted) = 0;
+
+    /// In force at once, and for every station to come.
+    virtual void setSound(const BASS::SoundOptions& sound) = 0;
+    /// Peaks of the last moments before the volume: left in the low, right in the high 16 bits, 0
+    /// to 32768.
+    [[nodiscard]] virtual quint32 level() const = 0;
+    /// Names of the output devices, without the system's default.
+    [[nodiscard]] virtual QStringList outputDevices() const = 0;
+    /// Empty: the system's default. An empty answer: done; else what to tell the user.
+    virtual QString useOutputDevice(const QString& name) = 0;
 
   signals:
     void sig_stateChanged(PlayState state);

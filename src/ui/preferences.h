@@ -22,7 +22,9 @@ struct Preferences {
     int fadeInSeconds = 2;
     int fadeOutSeconds = 2;
     int bufferMs = 6000;
-    int attempts = 2; ///< to connect
+    int attempts = 2;     ///< to connect
+    QString outputDevice; ///< its name; empty: the system's default
+    bool isPeakMeterShown = true;
 
     RecordingPreferences recording;
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "engine/sound_options.h"
 #include "recording/recording_types.h"
 #include "stations/station.h"
 #include "ui/preferences.h"
 #include "ui/theme/theme.h"
 #include "ui/tray_options.h"
+#include "ui/widgets/peak_meter.h"
 
 #include <QByteArray>
 #include <QString>
@@ -40,6 +42,13 @@ class UiSettings {
     [[nodiscard]] virtual Preferences preferences() const = 0;
     /// Stores what differs between the two, and nothing else.
     virtual void changePreferences(const Preferences& before, const Preferences& after) = 0;
+
+    /// How this station sounds; without a station the general way.
+    [[nodiscard]] virtual BASS::SoundOptions sound(const BASS::StationRecord& station) const = 0;
+    /// Keeps it: the equalizer for this station alone where the options say so.
+    virtual void setSound(const BASS::StationRecord& station, const BASS::SoundOptions& sound) = 0;
+    virtual void forgetStationEqualizer(const BASS::StationRecord& station) = 0;
+    [[nodiscard]] virtual PeakMeterLook peakMeter() const = 0;
 
     [[nodiscard]] virtual bool askOnExitIfRecording() const = 0;
     [[nodiscard]] virtual bool autoPlayOnStart() const = 0;

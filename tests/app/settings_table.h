@@ -212,6 +212,10 @@ inline constexpr SettingRow<IntSetting, int> kIntSettings[] = {
     {"MaxPodcastEpisodesMenu", &AppSettings::MaxPodcastEpisodesMenu, 10},
     {"PodcastEpisodeSortColumn", &AppSettings::PodcastEpisodeSortColumn, -1},
     {"RecSplitDelayMs", &AppSettings::RecSplitDelayMs, 0},
+    {"DynamicBoost", &AppSettings::DynamicBoost, 0},
+    {"DynamicBoostThreshold", &AppSettings::DynamicBoostThreshold, -18},
+    {"DynamicBoostRatio", &AppSettings::DynamicBoostRatio, 3},
+    {"DynamicBoostGain", &AppSettings::DynamicBoostGain, 9},
     {"RecEncodingMode", &AppSettings::RecEncodingMode, 0},
 };
 

@@ -44,7 +44,7 @@ class Listener {
     template <typename Predicate>
     bool waitUntil(Predicate predicate) {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, std::chrono::seconds(10), predicate);
+        return m_changed.wait_for(lock, std::chrono::seconds(30), predicate);
     }
 
     // what has been told; under the mutex while a stream lives

@@ -116,3 +116,90 @@ TEST_F(CBassTest, HandsTheNetworkSettingsOver) {
     EXPECT_EQ(library->config[BASS_CONFIG_NET_TIMEOUT], 5000U);
     EXPECT_EQ(library->config[BASS_CONFIG_NET_PREBUF], 0U);
 }
+
+TEST_F(CBassTest, SelectsAnOutputDeviceByTheRules) {
+    constexpr DWORD kCurrent = ~DWORD{0};
+    const struct {
+        const char* name;
+        bool isSet;    ///< by the first call
+        int initError; ///< BASS_OK: it works
+        bool isSetAtLast;
+        bool result;
+        bool hasMessage;
+    } cases[] = {
+        {"known already", true, BASS_OK, true, true, false},
+        {"to be opened", false, BASS_OK, true, true, false},
+        {"open already", false, BASS_ERROR_ALREADY, true, true, false},
+        {"refused, the old one stays", false, BASS_ERROR_DRIVER, true, true, true},
+        {"refused, and none is left", false, BASS_ERROR_DRIVER, false, false, true},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        library->initDevices.clear();
+        library->onSetDevice = [&test](DWORD device) {
+            return device == kCurrent ? test.isSetAtLast : test.isSet;
+        };
+        library->onInit = [this, &test](int) {
+            library->error = test.initError;
+            return test.initError == BASS_OK;
+        };
+        TestEngine fresh(library);
+        EXPECT_EQ(fresh.SelectDevice(2), test.result);
+        EXPECT_EQ(library->initDevices, test.isSet ? std::vector<int>{} : std::vector<int>{2});
+        EXPECT_EQ(fresh.lastError().startsWith(
+                      QStringLiteral("Failed to initialize sound libraries\n\n")),
+                  test.hasMessage);
+    }
+}
+
+TEST_F(CBassTest, MovesToADeviceByNameAndBackToTheFollowedOne) {
+    library->devices = {{"No sound", "", 0},
+                        {"Default", "", BASS_DEVICE_ENABLED | BASS_DEVICE_DEFAULT},
+                        {"Speakers", "", BASS_DEVICE_ENABLED | BASS_DEVICE_DEFAULT},
+                        {"Gone", "", 0},
+                        {"Headset", "", BASS_DEVICE_ENABLED}};
+    EXPECT_EQ(engine.outputDevices(),
+              (QStringList{QStringLiteral("Speakers"), QStringLiteral("Headset")}));
+    EXPECT_TRUE(engine.SelectDevice(QStringLiteral("Headset"))); // kept for the first start
+    EXPECT_TRUE(library->initDevices.empty());
+    ASSERT_TRUE(engine.InitLibrary());
+    library->onSetDevice = [](DWORD device) { return device == ~DWORD{0}; };
+    EXPECT_TRUE(engine.SelectDevice(QString()));
+    EXPECT_TRUE(engine.SelectDevice(QStringLiteral("Speakers")));
+    EXPECT_EQ(library->initDevices, (std::vector<int>{4, 1, 2}));
+}
+
+TEST_F(CBassTest, SoundOptionsReachWhatPlaysAndWhatComes) {
+    SoundOptions options;
+    options.equalizer = {true, -3.0F, bandsFromText(QStringLiteral("Rock"))};
+    options.isMono = true;
+    options.stereoSeparation = 40;
+    engine.setSoundOptions(options);
+    ASSERT_EQ(library->effects.size(), 1U); // nothing plays yet
+    EXPECT_EQ(library->effects[0].first, 0U);
+    const EffectSettings& effects = library->effects[0].second;
+    EXPECT_EQ(effects.equalizer.bandsDb[0], 5.0F);
+    EXPECT_EQ(effects.equalizer.preampDb, -3.0F);
+    EXPECT_TRUE(effects.isMono);
+    EXPECT_EQ(effects.stereoSeparation, 40.0F);
+    EXPECT_FALSE(effects.compressor.isOn);
+
+    engine.setHandle(7);
+    library->effects.clear();
+    float lastMakeUp = 0.0F;
+    for (const DynamicBoost boost : {DynamicBoost::Low, DynamicBoost::Medium, DynamicBoost::High}) {
+        options.boost = boost;
+        engine.setSoundOptions(options);
+        EXPECT_EQ(library->effects.back().first, 7U);
+        EXPECT_GT(library->effects.back().second.compressor.makeUpDb, lastMakeUp);
+        lastMakeUp = library->effects.back().second.compressor.makeUpDb;
+    }
+    options.boost = DynamicBoost::Custom;
+    options.customBoost = {false, -30.0F, 8.0F, 11.0F};
+    engine.setSoundOptions(options);
+    EXPECT_TRUE(library->effects.back().second.compressor.isOn);
+    EXPECT_EQ(library->effects.back().second.compressor.ratio, 8.0F);
+    library->effects.clear();
+    engine.ChannelPlay(0);
+    EXPECT_EQ(library->effects.back().first, 7U);
+}

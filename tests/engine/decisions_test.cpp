@@ -1,6 +1,7 @@
 #include "engine/connect_plan.h"
 #include "engine/library_errors.h"
 #include "engine/reconnect_policy.h"
+#include "engine/sound_options.h"
 #include "engine/stream_headers.h"
 #include "engine/time_shift.h"
 #include "engine/title_damper.h"
@@ -138,4 +139,28 @@ TEST(StreamHeadersTest, ReadsWhatStationsSay) {
     EXPECT_EQ(headers.bitrate, 128);
     EXPECT_EQ(headers.website, QStringLiteral("http://x"));
     EXPECT_EQ(parseStreamHeaders(nullptr).bitrate, 0);
+}
+
+TEST(SoundOptions, EqualizerTextsComeBackAsTheyWere) {
+    for (const EqualizerPreset& preset : equalizerPresets()) {
+        EXPECT_EQ(equalizerText(preset.bandsDb), QLatin1String(preset.name));
+        EXPECT_EQ(bandsFromText(QLatin1String(preset.name)), preset.bandsDb) << preset.name;
+    }
+    const EqualizerBands own{1.5F, -2.0F, 0, 0, 0, 0, 0, 0, 0, 12.0F};
+    EXPECT_EQ(bandsFromText(equalizerText(own)), own);
+    EXPECT_EQ(presetOf(own), -1);
+    const struct {
+        const char* text;
+        float first;
+    } cases[] = {
+        {"", 0.0F},
+        {"rock", 5.0F},
+        {"99;0;0;0;0;0;0;0;0;0", 12.0F},
+        {"1;2;3", 0.0F},
+        {"1;x;0;0;0;0;0;0;0;0", 0.0F},
+        {"nan;0;0;0;0;0;0;0;0;0", 0.0F},
+        {"1;0;0;0;0;0;0;0;0;0;0", 0.0F},
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(bandsFromText(QLatin1String(test.text))[0], test.first) << test.text;
 }

@@ -102,6 +102,56 @@ TEST(RecordingFailure, VanishedFolderIsMadeAgainWithTheWholeFile) {
     EXPECT_TRUE(rig.joined() == stream);
 }
 
+/// A station whose titles jump to and fro twenty times a second: a file each, and nothing lost.
+TEST(RecordingFailure, FlappingTitlesLoseNothing) {
+    const QByteArray stream = lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});
+    constexpr int kFiftyMs = 800;
+    for (const bool isByteExact : {true, false}) {
+        RecorderRig rig;
+        rig.options.isMp3CutByteExact = isByteExact;
+        std::vector<Title> titles;
+        for (int n = 1; n <= 80; ++n)
+            titles.push_back(
+                {n * kFiftyMs, n % 2 == 0 ? QStringLiteral("A") : QStringLiteral("B")});
+        rig.start();
+        rig.feed(stream, titles);
+        rig.stop();
+        EXPECT_TRUE(rig.errors.empty());
+        EXPECT_EQ(rig.files.size(), 81U);
+        if (isByteExact) {
+            EXPECT_TRUE(rig.joined() == stream);
+            continue;
+        }
+        for (std::size_t n = 0; n < rig.files.size(); n += 16)
+            EXPECT_EQ(decodedByFfmpeg(rig.files[n].path).messages.toStdString(), "");
+    }
+}
+
+/// A station that comes back in another format: a file of each, with its own extension.
+TEST(RecordingFailure, AnotherFormatAfterAReconnectBeginsAnotherFile) {
+    const QByteArray mp3 = lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});
+    const QByteArray aac =
+        encoded(QStringLiteral("-c:a aac -b:a 96k -f adts").split(QLatin1Char(' ')));
+    for (const bool isM4a : {true, false}) {
+        RecorderRig rig;
+        rig.options.isM4aUsed = isM4a;
+        rig.options.isMp3CutByteExact = true;
+        rig.options.mode = BASS::RecordMode::NoSplit;
+        rig.start();
+        rig.feed(mp3);
+        rig.feed(aac);
+        rig.feed(aac); // the same again goes on in the same file
+        rig.stop();
+        EXPECT_EQ(
+            rig.names(),
+            (QStringList{QStringLiteral("Station.mp3"),
+                         isM4a ? QStringLiteral("Station.m4a") : QStringLiteral("Station.aac")}));
+        for (const BASS::RecordedFile& file : rig.files)
+            EXPECT_EQ(decodedByFfmpeg(file.path).messages.toStdString(), "");
+        EXPECT_NEAR(static_cast<double>(rig.files.back().duration.count()), 24000, 200);
+    }
+}
+
 TEST(RecordingFailure, KilledProcessLosesASecondAtMost) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("Killed.mp3"));

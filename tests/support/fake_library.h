@@ -45,6 +45,7 @@ class FakeLibrary : public BASS::AudioLibrary {
     std::map<DWORD, QString> texts;
     std::vector<DWORD> freed;
     std::function<bool(int)> onInit = [](int) { return true; };
+    std::function<bool(DWORD)> onSetDevice = [](DWORD) { return true; };
     std::function<DWORD(DWORD)> storeVolume = [](DWORD value) { return value; };
     std::atomic<int> error{0};
     std::atomic<bool> isCanceled{false};
@@ -56,7 +57,7 @@ class FakeLibrary : public BASS::AudioLibrary {
     }
     bool Free() override { return true; }
     int ErrorGetCode() const override { return error; }
-    bool SetDevice(DWORD) override { return true; }
+    bool SetDevice(DWORD device) override { return onSetDevice(device); }
     DWORD GetDevice() const override { return 1; }
     bool GetDeviceInfo(DWORD device, BASS::BASS_DEVICEINFO* info) override {
         if (device >= devices.size())

@@ -13,6 +13,11 @@ class DemoPlayer final : public Player {
     int volume = -1;
     bool isMuted = false;
     bool isSlowToFinish = false;
+    BASS::SoundOptions sound;
+    quint32 currentLevel = 0;
+    mutable int levelsAsked = 0;
+    QStringList devices;
+    QString deviceFault;
     bool canKeepLast = true;
 
     void play(const BASS::StationRecord& station) override {
@@ -72,6 +77,16 @@ class DemoPlayer final : public Player {
     [[nodiscard]] bool isRecordingPaused() const override { return m_isPaused; }
     void setVolume(int percent) override { volume = percent; }
     void setMuted(bool muted) override { isMuted = muted; }
+    void setSound(const BASS::SoundOptions& asked) override { sound = asked; }
+    [[nodiscard]] quint32 level() const override {
+        ++levelsAsked;
+        return currentLevel;
+    }
+    [[nodiscard]] QStringList outputDevices() const override { return devices; }
+    QString useOutputDevice(const QString& name) override {
+        calls.append(QStringLiteral("device ") + name);
+        return deviceFault;
+    }
 
     // --- the script -----------------------------------------------------------------------------
     void setState(PlayState state) {

@@ -1,6 +1,7 @@
 #include "app/language_manager.h"
 #include "ui/commands.h"
 #include "ui/dialogs/settings_dialog.h"
+#include "ui/dialogs/sound_dialog.h"
 #include "ui/window_fixture.h"
 
 #include <QAbstractButton>
@@ -104,7 +105,7 @@ TEST_F(LanguageTest, MnemonicsAreUnique) {
         for (const QMenu* menu : window->menuBar()->findChildren<QMenu*>()) {
             EXPECT_EQ(clashes(textsOf(menu->actions())), QStringList());
         }
-        SettingsDialog dialog(settings.stored, languages);
+        SettingsDialog dialog(settings.stored, languages, {});
         const auto* tabs = dialog.findChild<QTabWidget*>();
         for (int tab = 0; tab < tabs->count(); ++tab) {
             QStringList onPage = readableTexts(*tabs->widget(tab));
@@ -113,6 +114,8 @@ TEST_F(LanguageTest, MnemonicsAreUnique) {
             }
             EXPECT_EQ(clashes(onPage), QStringList());
         }
+        window->commands().sound->trigger();
+        EXPECT_EQ(clashes(readableTexts(*window->findChild<SoundDialog*>())), QStringList());
         window.reset();
     }
 }

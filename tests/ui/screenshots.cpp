@@ -7,8 +7,11 @@
 #include "ui/window_fixture.h"
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
+#include <QTabWidget>
 
 #include <functional>
 
@@ -69,6 +72,7 @@ struct Scene {
         player.play(station);
         player.becomePlaying(
             {QStringLiteral("MP3"), station.name, station.genre, {}, 192, 44100, 2, 1000000, 6000});
+        player.currentLevel = 9000U | (14000U << 16);
         player.sendTitle(QStringLiteral("The Lamplighters - Slow Boat to the Lighthouse"));
         clock.passed += 754s;
         emit player.sig_streamInfoChanged(player.streamInfo());
@@ -104,10 +108,14 @@ void take(const Shot& shot, const QDir& folder) {
     QTest::qWait(200);
     shot.act(scene);
     QTest::qWait(400);
-    QWidget* const dialog = QApplication::activeModalWidget();
-    (dialog != nullptr ? dialog : scene.window.get())
-        ->grab()
-        .save(folder.filePath(QLatin1String(shot.name) + QLatin1String(".png")));
+    QWidget* shown = QApplication::activeModalWidget();
+    if (shown == nullptr) {
+        shown = scene.window->findChild<QDialog*>();
+    }
+    if (shown == nullptr) {
+        shown = scene.window.get();
+    }
+    shown->grab().save(folder.filePath(QLatin1String(shot.name) + QLatin1String(".png")));
 }
 
 void error(Scene& scene) {
@@ -153,6 +161,19 @@ int main(int argc, char** argv) {
         scene.play();
         scene.record();
     };
+    const auto sound = [](Scene& scene) {
+        scene.play();
+        scene.window->commands().sound->trigger();
+        QApplication::setActiveWindow(scene.window->findChild<QDialog*>());
+        scene.window->findChild<QWidget*>(QStringLiteral("band2"))->setFocus();
+        scene.window->findChild<QAbstractSlider*>(QStringLiteral("band2"))->setValue(9);
+        scene.window->findChild<QAbstractSlider*>(QStringLiteral("band6"))->setValue(-12);
+    };
+    const auto settings = [](Scene& scene) {
+        scene.player.devices = texts({"Built-in Audio Analog Stereo", "USB Headset"});
+        scene.window->commands().settings->trigger();
+        scene.window->findChild<QTabWidget*>()->setCurrentIndex(2);
+    };
     const Shot shots[] = {
         {"recording-light", ThemeChoice::Light, {900, 560}, true, record},
         {"recording-dark", ThemeChoice::Dark, {900, 560}, true, record},
@@ -161,6 +182,9 @@ int main(int argc, char** argv) {
         {"empty-dark", ThemeChoice::Dark, {900, 560}, false, [](Scene&) {}},
         {"error-light", ThemeChoice::Light, {900, 560}, true, error},
         {"error-dark", ThemeChoice::Dark, {900, 560}, true, error},
+        {"sound-light", ThemeChoice::Light, {900, 560}, true, sound},
+        {"sound-dark", ThemeChoice::Dark, {900, 560}, true, sound},
+        {"settings-dark", ThemeChoice::Dark, {900, 560}, true, settings},
         {"log-dark", ThemeChoice::Dark, {900, 560}, true, logPage},
         {"focus-dark",
          ThemeChoice::Dark,

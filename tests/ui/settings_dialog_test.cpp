@@ -22,9 +22,12 @@ class SettingsDialogTest : public WindowTest {
     SettingsDialogTest() {
         languages = {{QStringLiteral("English.lng"), QStringLiteral("English")},
                      {QStringLiteral("German.lng"), QStringLiteral("Deutsch")}};
+        devices = texts({"Speakers", "Headset"});
         settings.stored.recording.split.pattern = QStringLiteral("%track%");
         settings.stored.recording.noSplit.pattern = QStringLiteral("%title%");
     }
+
+    QStringList devices;
 
     SettingsDialog& openDialog() {
         open();
@@ -97,7 +100,7 @@ TEST_F(SettingsDialogTest, EveryFieldReachesTheFileAndComesBack) {
     {
         AppSettings store(where);
         AppUiSettings preferences(store);
-        SettingsDialog dialog(preferences.preferences(), languages);
+        SettingsDialog dialog(preferences.preferences(), languages, devices);
         QObject::connect(&dialog,
                          &SettingsDialog::sig_applied,
                          [&preferences](const Preferences& before, const Preferences& after) {
@@ -128,6 +131,8 @@ TEST_F(SettingsDialogTest, EveryFieldReachesTheFileAndComesBack) {
     EXPECT_EQ(now.fadeOutSeconds, wanted.fadeOutSeconds);
     EXPECT_EQ(now.bufferMs, wanted.bufferMs);
     EXPECT_EQ(now.attempts, wanted.attempts);
+    EXPECT_EQ(now.outputDevice, QStringLiteral("Speakers"));
+    EXPECT_EQ(now.isPeakMeterShown, wanted.isPeakMeterShown);
     expectSame(now.recording, wanted.recording);
     EXPECT_EQ(now.proxy, wanted.proxy);
     EXPECT_TRUE(now.proxy.isInForce());
@@ -146,7 +151,7 @@ TEST_F(SettingsDialogTest, OnlyWhatChangedIsStored) {
         file = store.settingsFile();
         store.FadeInValue.set(900); // more than the dialog shows
         AppUiSettings preferences(store);
-        SettingsDialog dialog(preferences.preferences(), languages);
+        SettingsDialog dialog(preferences.preferences(), languages, devices);
         QObject::connect(&dialog,
                          &SettingsDialog::sig_applied,
                          [&preferences](const Preferences& before, const Preferences& after) {
@@ -241,4 +246,18 @@ TEST_F(SettingsDialogTest, EveryFieldHasANameAndIsReachedByKeys) {
         }
     }
     EXPECT_GT(checked, 25);
+}
+
+TEST_F(SettingsDialogTest, TheOutputDeviceMovesAtOnceAndAMissingOneStaysChosen) {
+    player.devices = texts({"Speakers"});
+    settings.stored.outputDevice = QStringLiteral("Headset");
+    SettingsDialog& dialog = openDialog();
+    auto* box = part<QComboBox>(dialog, "outputDevice");
+    EXPECT_EQ(box->currentText(), QStringLiteral("Headset (not there now)"));
+    EXPECT_EQ(dialog.preferences().outputDevice, QStringLiteral("Headset"));
+    player.deviceFault = QStringLiteral("Failed to initialize sound libraries");
+    box->setCurrentIndex(box->findText(QStringLiteral("Speakers")));
+    dialog.accept();
+    EXPECT_EQ(player.calls, texts({"device Speakers"}));
+    EXPECT_EQ(child<QLabel>("messageText")->text(), player.deviceFault);
 }

@@ -46,6 +46,8 @@ class MemorySettings final : public UiSettings {
     bool hasPauseButton = false;
     int encoder = 0;
     QString folder;
+    BASS::SoundOptions generalSound;
+    QHash<QString, BASS::SoundOptions> stationSounds;
     TrayOptions tray;
     Preferences stored;
     QString language = QStringLiteral("English.lng");
@@ -73,6 +75,22 @@ class MemorySettings final : public UiSettings {
         storedTheme = after.theme;
         language = after.languageFile;
         tray = after.tray;
+    }
+    [[nodiscard]] BASS::SoundOptions sound(const BASS::StationRecord& station) const override {
+        return stationSounds.value(station.playUrl(), generalSound);
+    }
+    void setSound(const BASS::StationRecord& station, const BASS::SoundOptions& now) override {
+        if (now.isEqualizerOfStation) {
+            stationSounds.insert(station.playUrl(), now);
+        } else {
+            generalSound = now;
+        }
+    }
+    void forgetStationEqualizer(const BASS::StationRecord& station) override {
+        stationSounds.remove(station.playUrl());
+    }
+    [[nodiscard]] PeakMeterLook peakMeter() const override {
+        return {stored.isPeakMeterShown, {85, 170, 127}, {255, 170, 0}, {255, 255, 127}};
     }
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }

@@ -26,7 +26,7 @@ cp "$plugins/iconengines/qsvgicon.dll" "$out/iconengines"
 
 # Every library that one of these asks for, and the libraries that those ask for. What the sysroot
 # does not have comes with Windows; it must be one of the system's own.
-system='^(advapi32|bcrypt|comdlg32|crypt32|d3d9|d3d11|dwmapi|dxgi|dxva2|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|ncrypt|netapi32|ole32|oleaut32|powrprof|psapi|rpcrt4|secur32|setupapi|shell32|shlwapi|taskschd|user32|userenv|uxtheme|version|winhttp|winmm|winspool|wmvcore|ws2_32|wsock32|wtsapi32)\.(dll|drv)$'
+system='^(advapi32|bcrypt|comdlg32|crypt32|d3d9|d3d11|dnsapi|dwmapi|dxgi|dxva2|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|ncrypt|netapi32|ole32|oleaut32|powrprof|psapi|rpcrt4|secur32|setupapi|shell32|shlwapi|taskschd|user32|userenv|uxtheme|version|winhttp|winmm|winspool|wmvcore|ws2_32|wsock32|wtsapi32)\.(dll|drv)$'
 queue=("$out"/*.exe "$out"/*.dll "$out"/*/*.dll)
 while [ ${#queue[@]} -gt 0 ]; do
     file=${queue[0]}

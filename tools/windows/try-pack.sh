@@ -4,6 +4,11 @@
 # Usage: WIN_SYSROOT=... WINEPREFIX=... tools/windows/try-pack.sh BUILD_FOLDER ZIP [INSTALLER]
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+# One display for all of it: what Wine has begun without one never gets windows.
+if [ -z "${TRY_PACK_DISPLAY:-}" ]; then
+    /usr/lib/wine/wineserver -k 2> /dev/null || true
+    TRY_PACK_DISPLAY=1 exec xvfb-run -a "$0" "$@"
+fi
 build=$(cd "$1" && pwd)
 zip=$2
 installer=${3:-}
@@ -19,10 +24,11 @@ fail() {
     echo "windows: $*" >&2
     exit 1
 }
-# A real window on a display of its own; only the libraries that were packed are found.
-packed() { WINE_BARE=1 QT_QPA_PLATFORM=windows SDL_AUDIODRIVER=dummy timeout -k 5 120 xvfb-run -a "$here/wine-run.sh" "$@"; }
+# With a real window; only the libraries that were packed are found.
+packed() { WINE_BARE=1 QT_QPA_PLATFORM=windows SDL_AUDIODRIVER=dummy timeout -k 5 120 "$here/wine-run.sh" "$@"; }
 
 ffmpeg -v error -f lavfi -i sine=duration=20 -c:a libmp3lame -b:a 128k -write_xing 0 -id3v2_version 0 "$work/Artist - Song.mp3"
+: > "$work/station"
 "$here/wine-run.sh" "$build/wavelark-demo-station.exe" --port 0 --bitrate 128000 "$work/Artist - Song.mp3" > "$work/station" 2>&1 &
 station=$!
 for _ in $(seq 100); do
@@ -35,6 +41,7 @@ record() { # program, the folder for its data, what it is
     local result=0 file seconds
     packed "$1" "/url=$url" "/name=Trial" "/action=Record (Split)" /duration=6 /end_action=1 > "$work/log" 2>&1 || result=$?
     [ $result -eq 0 ] || fail "$3 ends with $result: $(tail -n 1 "$work/log")"
+    ! grep -q 'Failed to create platform window' "$work/log" || fail "$3 shows no window"
     file=$(find "$2" -path '*Recordings*' -name '*.mp3' 2> /dev/null | head -n 1)
     [ -n "$file" ] || fail "$3 has recorded nothing: $(tail -n 1 "$work/log")"
     seconds=$(ffprobe -v error -show_entries format=duration -of csv=p=0 "$file")
@@ -58,10 +65,13 @@ packed "$target/wavelark.exe" "/url=$url" "/name=Trial" /duration=2 /end_action=
 [ -d "$home/Wavelark" ] || fail "the installed program does not keep its data in the user's folder"
 [ ! -e "$target/Brindlecove" ] || fail "the installed program writes to Program Files"
 touch "$target/of the user.txt"
-# _?= : in place, so that its end is the removal's end
-packed "$target/uninstall.exe" /S "_?=C:\\Program Files\\Wavelark" > "$work/log" 2>&1 || fail "the removal ends with $?"
-left=$(find "$target" -type f ! -name 'of the user.txt' ! -name uninstall.exe | head -n 3)
-[ -z "$left" ] || fail "the removal leaves $left"
+packed "$target/uninstall.exe" /S > "$work/log" 2>&1 || fail "the removal ends with $?"
+left() { find "$target" -type f ! -name 'of the user.txt' | head -n 3; }
+for _ in $(seq 300); do # a copy of the uninstaller goes on by itself, so that it can remove the first
+    [ -n "$(left)" ] || break
+    sleep 0.1
+done
+[ -z "$(left)" ] || fail "the removal leaves $(left)"
 [ -e "$target/of the user.txt" ] && [ -d "$home/Wavelark" ] || fail "the removal takes what is the user's"
 rm -rf "$target" "$home/Wavelark"
 echo "windows: the installer installs and removes"

@@ -28,6 +28,7 @@ constexpr int kTabsWidth = 600; ///< a path or a pattern is read without scrolli
 
 SettingsDialog::SettingsDialog(const Preferences& preferences,
                                const QVector<Language>& languages,
+                               const QStringList& devices,
                                QWidget* parent)
     : QDialog(parent), m_applied(preferences), m_tabs(new QTabWidget(this)),
       m_recording(new RecordingSettingsPage), m_encoding(new EncodingSettingsPage),
@@ -37,7 +38,7 @@ SettingsDialog::SettingsDialog(const Preferences& preferences,
     m_tabs->setAccessibleName(tr("Groups of settings"));
     m_tabs->addTab(makeGeneral(languages), tr("&General"));
     m_tabs->addTab(makeTray(), tr("&Tray"));
-    m_tabs->addTab(makePlaying(), tr("&Playing"));
+    m_tabs->addTab(makePlaying(devices), tr("&Playing"));
     m_tabs->addTab(m_recording, tr("&Recording"));
     m_tabs->addTab(m_encoding, tr("Encoding"));
     m_tabs->addTab(makeNetwork(), tr("&Network"));
@@ -102,9 +103,11 @@ QWidget* SettingsDialog::makeTray() {
     return page;
 }
 
-QWidget* SettingsDialog::makePlaying() {
+QWidget* SettingsDialog::makePlaying(const QStringList& devices) {
     auto* page = new QWidget;
     auto* form = new QFormLayout(page);
+    m_device = addField<QComboBox>(form, "outputDevice", tr("O&utput device:"));
+    fillDevices(devices);
     m_fadeIn = addNumber(form, "fadeIn", tr("Fade &in:"), 0, 30);
     m_fadeOut = addNumber(form, "fadeOut", tr("Fade &out:"), 0, 30);
     m_buffer = addNumber(form, "buffer", tr("&Buffer:"), 500, 60000);
@@ -116,7 +119,23 @@ QWidget* SettingsDialog::makePlaying() {
     m_buffer->setSuffix(tr(" ms", "milliseconds"));
     form->addRow(quietText(tr("A larger buffer bridges longer gaps of the network. Changes are in "
                               "force from the next station on.")));
+    m_peakMeter = new QCheckBox(tr("Show the peak &meter"));
+    m_peakMeter->setObjectName(QStringLiteral("peakMeterShown"));
+    form->addRow(m_peakMeter);
     return page;
+}
+
+/// A chosen device that is not there now stays the choice.
+void SettingsDialog::fillDevices(const QStringList& devices) {
+    const QString& chosen = m_applied.outputDevice;
+    m_device->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // names may be long
+    m_device->addItem(tr("As the system"), QString());
+    for (const QString& device : devices) {
+        m_device->addItem(device, device);
+    }
+    if (!chosen.isEmpty() && !devices.contains(chosen)) {
+        m_device->addItem(tr("%1 (not there now)").arg(chosen), chosen);
+    }
 }
 
 QWidget* SettingsDialog::makeNetwork() {
@@ -157,6 +176,8 @@ void SettingsDialog::fill(const Preferences& preferences) {
     m_fadeOut->setValue(preferences.fadeOutSeconds);
     m_buffer->setValue(preferences.bufferMs);
     m_attempts->setValue(preferences.attempts);
+    m_device->setCurrentIndex(m_device->findData(preferences.outputDevice));
+    m_peakMeter->setChecked(preferences.isPeakMeterShown);
     m_recording->fill(preferences.recording);
     m_encoding->fill(preferences.recording);
     fillProxy(preferences.proxy);
@@ -193,6 +214,8 @@ Preferences SettingsDialog::preferences() const {
     now.fadeOutSeconds = m_fadeOut->value();
     now.bufferMs = m_buffer->value();
     now.attempts = m_attempts->value();
+    now.outputDevice = m_device->currentData().toString();
+    now.isPeakMeterShown = m_peakMeter->isChecked();
     now.recording = m_applied.recording;
     m_recording->read(now.recording);
     m_encoding->read(now.recording);

@@ -26,6 +26,7 @@ class SettingsDialog final : public QDialog {
   public:
     SettingsDialog(const Preferences& preferences,
                    const QVector<Language>& languages,
+                   const QStringList& devices,
                    QWidget* parent = nullptr);
 
     /// As the dialog shows them now.
@@ -40,7 +41,8 @@ class SettingsDialog final : public QDialog {
   private:
     QWidget* makeGeneral(const QVector<Language>& languages);
     QWidget* makeTray();
-    QWidget* makePlaying();
+    QWidget* makePlaying(const QStringList& devices);
+    void fillDevices(const QStringList& devices);
     QWidget* makeNetwork();
     void fill(const Preferences& preferences);
     void fillProxy(const ProxySettings& proxy);
@@ -70,6 +72,8 @@ class SettingsDialog final : public QDialog {
     QSpinBox* m_fadeOut = nullptr;
     QSpinBox* m_buffer = nullptr;
     QSpinBox* m_attempts = nullptr;
+    QComboBox* m_device = nullptr;
+    QCheckBox* m_peakMeter = nullptr;
     QCheckBox* m_useProxy = nullptr;
     QLineEdit* m_proxyHost = nullptr;
     QSpinBox* m_proxyPort = nullptr;

@@ -6,6 +6,9 @@
 #include <QPainter>
 #include <QWidget>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr qreal kRadius = 6;
@@ -131,10 +134,52 @@ void drawMenuPart(const QStyleOption& option,
 
 void drawLineEditPanel(const QStyleOption& option, QPainter& painter) {
     const QPalette& palette = option.palette;
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
+    if (frame != nullptr && frame->lineWidth <= 0) { // inside of another field, which has its own
+        painter.fillRect(option.rect, palette.color(QPalette::Base));
+        return;
+    }
     fillRounded(painter, option.rect, palette.color(QPalette::Base), kRadius);
     const QPen pen =
         has(option, QStyle::State_HasFocus) ? focusPen(palette) : QPen(accentsFor(palette).line, 1);
     outlineRounded(painter, option.rect, pen, kRadius);
+}
+
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+    constexpr qreal kCorner = 3;
+    const QPalette& palette = option.palette;
+    const bool isEnabled = has(option, QStyle::State_Enabled);
+    const qreal side = std::min(option.rect.width(), option.rect.height());
+    QRectF box(0, 0, side, side);
+    box.moveCenter(QRectF(option.rect).center());
+    const QColor base = palette.color(QPalette::Base);
+    const QColor ink = palette.color(QPalette::Text); // paler by itself where disabled
+    const bool isOff = has(option, QStyle::State_Off);
+    const QColor fill = isOff || !isEnabled
+                            ? mixed(base, ink, has(option, QStyle::State_MouseOver) ? 0.1 : 0.0)
+                            : palette.color(QPalette::Active, QPalette::Highlight);
+    fillRounded(painter, box, fill, kCorner);
+    if (isOff || !isEnabled)
+        outlineRounded(painter, box, QPen(mixed(base, ink, 0.6), 1), kCorner);
+    if (isOff)
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(isEnabled ? palette.color(QPalette::HighlightedText) : ink,
+                        1.8,
+                        Qt::SolidLine,
+                        Qt::RoundCap,
+                        Qt::RoundJoin));
+    const auto at = [&box](qreal x, qreal y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPointF tick[] = {at(0.24, 0.54), at(0.43, 0.72), at(0.77, 0.3)};
+    const QPointF partly[] = {at(0.25, 0.5), at(0.75, 0.5)};
+    if (has(option, QStyle::State_NoChange))
+        painter.drawPolyline(partly, 2);
+    else
+        painter.drawPolyline(tick, 3);
+    painter.restore();
 }
 
 bool isItemStrong(const QStyleOption& option, const QWidget* view) {
@@ -165,16 +210,31 @@ void drawSlider(const QStyleOptionSlider& option,
     const QColor accent =
         palette.color(has(option, QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled,
                       QPalette::Highlight);
-    const qreal middle = QRectF(groove).center().y();
-    const QRectF track(groove.left(), middle - kGroove / 2, groove.width(), kGroove);
+    const bool isUpright = option.orientation == Qt::Vertical;
+    const QPointF knobAt = QRectF(handle).center();
+    const QPointF middle = QRectF(groove).center();
+    // what goes to both sides of nothing is filled from there
+    const bool isTwoSided = option.minimum < 0 && option.maximum > 0;
+    const bool isFromEnd = isUpright != option.upsideDown;
+    const qreal from = isTwoSided  ? (isUpright ? middle.y() : middle.x())
+                       : isUpright ? (isFromEnd ? groove.top() : groove.bottom())
+                       : isFromEnd ? groove.right()
+                                   : groove.left();
+    const auto bar = [&](qreal one, qreal other) {
+        const qreal start = std::min(one, other);
+        const qreal length = std::abs(one - other);
+        return isUpright ? QRectF(middle.x() - kGroove / 2, start, kGroove, length)
+                         : QRectF(start, middle.y() - kGroove / 2, length, kGroove);
+    };
     const QColor rest = mixed(palette.color(QPalette::Window), palette.color(QPalette::Text), 0.25);
-    fillRounded(painter, track, rest, kGroove / 2);
-    const qreal x = QRectF(handle).center().x();
-    const QRectF filled = option.upsideDown
-                              ? QRectF(x, track.top(), track.right() - x, kGroove)
-                              : QRectF(track.left(), track.top(), x - track.left(), kGroove);
-    fillRounded(painter, filled, accent, kGroove / 2);
-    const QRectF knob(x - 7, middle - 7, 14, 14);
+    fillRounded(painter,
+                isUpright ? bar(groove.top(), groove.bottom()) : bar(groove.left(), groove.right()),
+                rest,
+                kGroove / 2);
+    fillRounded(painter, bar(from, isUpright ? knobAt.y() : knobAt.x()), accent, kGroove / 2);
+    const QPointF centre =
+        isUpright ? QPointF(middle.x(), knobAt.y()) : QPointF(knobAt.x(), middle.y());
+    const QRectF knob(centre.x() - 7, centre.y() - 7, 14, 14);
     fillRounded(painter, knob, accent, 7);
     if (has(option, QStyle::State_HasFocus)) {
         outlineRounded(painter, knob.adjusted(-3, -3, 3, 3), focusPen(palette), 10);

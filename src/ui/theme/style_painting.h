@@ -19,6 +19,7 @@ void drawMenuPart(const QStyleOption& option,
                   QPainter& painter,
                   const QRect& part,
                   ButtonLook look);
+void drawCheckBox(const QStyleOption& option, QPainter& painter);
 void drawLineEditPanel(const QStyleOption& option, QPainter& painter);
 /// Selected in the list that has the keyboard: drawn in the accent colour, with highlighted text.
 /// Selected elsewhere is a tint under ordinary text, so that the eye finds the keyboard.

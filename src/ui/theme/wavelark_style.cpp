@@ -120,6 +120,10 @@ void WavelarkStyle::drawPrimitive(PrimitiveElement element,
     case PE_FrameLineEdit:
         drawLineEditPanel(*option, *painter);
         return;
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorItemViewItemCheck:
+        drawCheckBox(*option, *painter);
+        return;
     case PE_PanelItemViewItem:
         drawItemPanel(*option, *painter, widget);
         return;
@@ -142,6 +146,14 @@ void WavelarkStyle::drawControl(ControlElement element,
         QProxyStyle::drawControl(element, &copy, painter, widget);
         return;
     }
+    const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (element == CE_ItemViewItem && item != nullptr && !isItemStrong(*item, widget)) {
+        // a pale selection bears the usual ink
+        QStyleOptionViewItem copy = *item;
+        copy.palette.setColor(QPalette::HighlightedText, item->palette.color(QPalette::Text));
+        QProxyStyle::drawControl(element, &copy, painter, widget);
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
@@ -151,7 +163,7 @@ void WavelarkStyle::drawComplexControl(ComplexControl control,
                                        const QWidget* widget) const {
     const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
     const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
-    if (control == CC_Slider && slider != nullptr && slider->orientation == Qt::Horizontal) {
+    if (control == CC_Slider && slider != nullptr) {
         drawSlider(*slider,
                    *painter,
                    proxy()->subControlRect(CC_Slider, slider, SC_SliderGroove, widget),

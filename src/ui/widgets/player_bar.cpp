@@ -8,6 +8,7 @@
 #include "ui/theme/wavelark_style.h"
 #include "ui/widgets/elided_label.h"
 #include "ui/widgets/menu_tool_button.h"
+#include "ui/widgets/peak_meter.h"
 #include "ui/widgets/recording_strip.h"
 
 #include <QLabel>
@@ -38,8 +39,9 @@ PlayerBar::PlayerBar(const Commands& commands, QWidget* parent)
       m_title(new ElidedLabel(ElidedLabel::Tone::Strong, this)),
       m_status(new ElidedLabel(ElidedLabel::Tone::Quiet, this)), m_elapsed(new QLabel(this)),
       m_play(new QToolButton(this)), m_pause(new QToolButton(this)), m_live(new QToolButton(this)),
-      m_record(new MenuToolButton(this)), m_mute(new QToolButton(this)),
-      m_volume(new QSlider(Qt::Horizontal, this)), m_percent(new QLabel(this)),
+      m_record(new MenuToolButton(this)), m_meter(new PeakMeter(this)),
+      m_mute(new QToolButton(this)), m_volume(new QSlider(Qt::Horizontal, this)),
+      m_percent(new QLabel(this)),
       m_strip(new RecordingStrip({commands.openRecordingFolder, commands.recordPause}, this)) {
     setObjectName(QStringLiteral("playerBar"));
     makeTexts();
@@ -140,6 +142,7 @@ void PlayerBar::layOut() {
     controls->addWidget(m_live);
     controls->addWidget(m_record);
     controls->addSpacing(4);
+    controls->addWidget(m_meter);
     controls->addStretch(1);
     controls->addWidget(m_mute);
     controls->addWidget(m_volume, 2);
@@ -163,6 +166,7 @@ void PlayerBar::showHeard(const Heard& heard) {
         m_statusLine.clear();
     }
     m_heard = heard;
+    m_meter->setRunning(heard.state == PlayState::Playing);
     const bool isIdle = heard.state == PlayState::Stopped && heard.station.isEmpty();
     const QString first = heard.title.isEmpty() ? heard.station : heard.title;
     m_title->setFullText(isIdle ? tr("Nothing is playing") : first);

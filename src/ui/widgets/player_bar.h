@@ -14,6 +14,7 @@ class QLabel;
 class QSlider;
 class QToolButton;
 class MenuToolButton;
+class PeakMeter;
 class RecordingStrip;
 
 /// The bar at the bottom: what is heard, the transport, the volume, and the recording.
@@ -45,6 +46,7 @@ class PlayerBar final : public QFrame {
     void showRecording(const Recorded& recorded);
     void setPauseButtonShown(bool isShown);
     void showVolume(int percent, bool isMuted);
+    [[nodiscard]] PeakMeter& meter() const { return *m_meter; }
 
   signals:
     void sig_volumeMoved(int percent);
@@ -72,6 +74,7 @@ class PlayerBar final : public QFrame {
     QToolButton* m_pause;
     QToolButton* m_live; ///< shown while what is heard lies behind
     MenuToolButton* m_record;
+    PeakMeter* m_meter;
     QToolButton* m_mute;
     QSlider* m_volume;
     QLabel* m_percent;
