@@ -41,10 +41,9 @@ void HeldSink::audioBytes(const char* data, qint64 bytes) {
 }
 
 void HeldSink::titleArrived(const StreamTitle& title) {
-    take({Kind::Title,
-          QByteArray(title.data, static_cast<int>(title.length)),
-          title.position,
-          title.tagType});
+    QByteArray data(title.data, static_cast<int>(title.length));
+    data.append('\0'); // with the one behind every QByteArray: a list ends with an empty entry
+    take({Kind::Title, data, title.position, title.tagType});
 }
 
 void HeldSink::connectionEnded() {
@@ -73,7 +72,7 @@ void HeldSink::pass(const Item& item) {
         m_target->titleArrived({item.position,
                                 item.tagType,
                                 item.data.constData(),
-                                static_cast<DWORD>(item.data.size())});
+                                static_cast<DWORD>(item.data.size() - 1)});
         break;
     case Kind::Ended:
         m_target->connectionEnded();

@@ -86,6 +86,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     wireCommands();
     wireChoices();
     wireCommandLine();
+    wireBoost();
     restore();
     QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
 }
@@ -424,11 +425,16 @@ void AllSkylarkRadio::askAboutBoost(const QString& question,
     box->open();
 }
 
-void AllSkylarkRadio::setBoost(std::function<bool()> isOn, std::function<void(bool)> setOn) {
+/// Off for a recording only: what the settings hold stays.
+void AllSkylarkRadio::wireBoost() {
+    const auto isOn = [this] { return m_sound->options().boost != BASS::DynamicBoost::Off; };
+    const auto setOn = [this](bool on) {
+        BASS::SoundOptions options = m_sound->options();
+        options.boost = on ? options.boost : BASS::DynamicBoost::Off;
+        m_services.player.setSound(options);
+    };
     m_record->setBoostControl(
-        {std::move(isOn),
-         std::move(setOn),
-         [this](const QString& question, const std::function<void(bool)>& answered) {
+        {isOn, setOn, [this](const QString& question, const std::function<void(bool)>& answered) {
              askAboutBoost(question, answered);
          }});
 }

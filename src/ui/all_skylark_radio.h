@@ -81,9 +81,6 @@ class AllSkylarkRadio : public QMainWindow {
     /// actions and closing.
     void finishAndQuit();
 
-    /// Where the engine has dynamic boost: a recording with encoding asks about it.
-    void setBoost(std::function<bool()> isOn, std::function<void(bool)> setOn);
-
   public slots:
     void slot_Init();
     void slot_connectLastStation();
@@ -114,6 +111,7 @@ class AllSkylarkRadio : public QMainWindow {
     void wireChoices();
     void checkChoices();
     void wireCommandLine();
+    void wireBoost();
     void restore();
     void showPage(int index);
     void showHeard();

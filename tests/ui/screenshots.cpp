@@ -70,8 +70,17 @@ struct Scene {
         BASS::StationRecord station = played.stations().last();
         window->findChild<QWidget*>(QStringLiteral("pageList"))->setFocus();
         player.play(station);
-        player.becomePlaying(
-            {QStringLiteral("MP3"), station.name, station.genre, {}, 192, 44100, 2, 1000000, 6000});
+        player.becomePlaying({QStringLiteral("MP3"),
+                              station.name,
+                              station.genre,
+                              {},
+                              192,
+                              44100,
+                              2,
+                              1000000,
+                              false,
+                              0,
+                              6000});
         player.currentLevel = 9000U | (14000U << 16);
         player.sendTitle(QStringLiteral("The Lamplighters - Slow Boat to the Lighthouse"));
         clock.passed += 754s;
