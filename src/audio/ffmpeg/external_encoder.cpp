@@ -73,7 +73,9 @@ int ExternalEncoder::open() {
         return BASS_ERROR_FILEOPEN;
     }
     const QByteArray header = m_setup.hasHeader ? wavHeader() : QByteArray();
-    return send(header.constData(), header.size()) ? BASS_OK : BASS_ERROR_FILEOPEN;
+    // one that is gone already was there: its end is found with the first samples
+    (void)send(header.constData(), header.size());
+    return BASS_OK;
 }
 
 /// RIFF WAVE with the greatest length, as is usual where the length is not known.

@@ -238,7 +238,9 @@ std::unique_ptr<CaptureInput> OutputControl::openRecordingDevice(int device, int
     }
     const std::lock_guard lock(m_deviceMutex);
     startSdl();
-    return m_sdl && m_sdl->isUp() ? CaptureInput::open(name, rate) : nullptr;
+    auto input = m_sdl && m_sdl->isUp() ? CaptureInput::open(name, rate) : nullptr;
+    SdlAudio::leaveThread(); // it is a connect's
+    return input;
 }
 
 } // namespace BASS

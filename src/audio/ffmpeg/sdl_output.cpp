@@ -109,6 +109,10 @@ std::vector<SdlDevice> SdlAudio::devices(Direction direction) const {
     return result;
 }
 
+void SdlAudio::leaveThread() {
+    SDL_TLSCleanup();
+}
+
 bool SdlAudio::isDummyAsked() {
     const char* const driver = std::getenv("SDL_AUDIODRIVER");
     return driver != nullptr && std::strcmp(driver, "dummy") == 0;

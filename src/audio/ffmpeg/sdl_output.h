@@ -47,6 +47,8 @@ class SdlAudio {
     [[nodiscard]] std::vector<SdlDevice> devices(Direction direction = Direction::Out) const;
     /// True where SDL would be the clock itself (its "dummy" driver), which it is not fit for.
     static bool isDummyAsked();
+    /// Frees what SDL keeps of the calling thread, which may end without SDL's knowing.
+    static void leaveThread();
 
   private:
     bool m_isUp = false;
