@@ -489,7 +489,7 @@ void AppStream::OnSplitFile(const BASS::Song& song) {
     const unsigned delayMs = m_splitDelayMs;
     qCDebug(lcEngine, "AppStream::OnSplitFile %u", delayMs);
     if (delayMs != 0)
-        QCoreApplication::postEvent(this, new BASS::SplitDelayEvent(song));
+        postSplitDelay(song);
     else
         postSplit(song);
 }
@@ -524,6 +524,10 @@ void AppStream::splitDelayed(const BASS::Song& song) {
 void AppStream::slot_splitDelay() {
     qCDebug(lcEngine) << "AppStream::slot_SplitDelay" << m_pendingSong.title;
     postSplit(m_pendingSong);
+}
+
+void AppStream::postSplitDelay(const BASS::Song& song) {
+    QCoreApplication::postEvent(this, new BASS::SplitDelayEvent(song));
 }
 
 void AppStream::postSplit(const BASS::Song& song) {

@@ -120,6 +120,7 @@ class AppStream : public BASS::Stream {
     void tellPaused(bool isPaused);
     [[nodiscard]] bool isEncodingWanted(const BASS::RecordingOptions& options);
     void splitDelayed(const BASS::Song& song);
+    void postSplitDelay(const BASS::Song& song);
     void postSplit(const BASS::Song& song);
     [[nodiscard]] std::chrono::milliseconds outage() const;
 

@@ -116,9 +116,6 @@ TEST(HlsStream, TellsTitlesAndSegmentsWhenTheyAreHeard) {
     const HSTREAM stream = open(listener, station.url(QStringLiteral("/master.m3u8")));
     ASSERT_NE(stream, 0U);
     EXPECT_FALSE(station.paths().contains("/video.m3u8"));
-    const char* const first = listener.library().ChannelGetTags(stream, BASS_TAG_OGG);
-    ASSERT_NE(first, nullptr);
-    EXPECT_STREQ(first, "ARTIST=Artist");
     listener.library().ChannelPlay(stream, false);
     ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
 
@@ -127,6 +124,7 @@ TEST(HlsStream, TellsTitlesAndSegmentsWhenTheyAreHeard) {
     for (const auto& title : listener.titles)
         (title.text.find('=') != std::string::npos ? titles : segments).push_back(title);
     ASSERT_EQ(titles.size(), 2U); // the repeated one is none
+    EXPECT_TRUE(commentsOf(titles[0].text).contains("ARTIST=Artist"));
     EXPECT_TRUE(commentsOf(titles[1].text).contains("TITLE=Two"));
     const int tagBytes = id3Tag("Artist", "One").size();
     const int firstTwo = script.pieces[0].bytes.size() + script.pieces[1].bytes.size();

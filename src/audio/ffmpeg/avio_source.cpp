@@ -65,10 +65,9 @@ struct Running {
     int count = 0;
 
     void add(int by) {
-        {
-            const std::lock_guard lock(mutex);
-            count += by;
-        }
+        // told under the lock: whoever has seen the last one go may take this down at once
+        const std::lock_guard lock(mutex);
+        count += by;
         changed.notify_all();
     }
 };
