@@ -39,11 +39,14 @@ url=$(grep -m 1 '^http' "$work/station" | tr -d '\r') || fail "the station for t
 
 record() { # program, the folder for its data, what it is
     local result=0 file seconds
-    packed "$1" "/url=$url" "/name=Trial" "/action=Record (Split)" /duration=6 /end_action=1 > "$work/log" 2>&1 || result=$?
+    packed "$1" "/url=$url" "/name=Trial" "/action=Record (Split)" /duration=12 /end_action=1 > "$work/log" 2>&1 || result=$?
     [ $result -eq 0 ] || fail "$3 ends with $result: $(tail -n 1 "$work/log")"
     ! grep -q 'Failed to create platform window' "$work/log" || fail "$3 shows no window"
     file=$(find "$2" -path '*Recordings*' -name '*.mp3' 2> /dev/null | head -n 1)
-    [ -n "$file" ] || fail "$3 has recorded nothing: $(tail -n 1 "$work/log")"
+    [ -n "$file" ] || {
+        tail -n 20 "$2/Wavelark.log" >&2 || true
+        fail "$3 has recorded nothing: $(tail -n 1 "$work/log")"
+    }
     seconds=$(ffprobe -v error -show_entries format=duration -of csv=p=0 "$file")
     [ "${seconds%.*}" -ge 3 ] || fail "$3 has recorded $seconds s only"
     echo "windows: $3 has recorded $seconds s"
