@@ -104,7 +104,12 @@ void SessionPublisher::tag(RecordedFile& file, const RecordingOptions& options) 
 void SessionPublisher::logChanged(const SessionLog& log) {
     if (!m_options.hasTrackList || log.tracks.isEmpty())
         return;
-    m_queue.post([log, options = m_options, paths = m_paths] {
+    SessionLog copy = log;
+    // lists of its own: the session's grow while these are read
+    copy.tracks.detach();
+    copy.files.detach();
+    copy.gaps.detach();
+    m_queue.post([log = std::move(copy), options = m_options, paths = m_paths] {
         if (paths->list.isEmpty())
             paths->list = freeListPath(log, options, trackListSuffix(options.trackList.format));
         save(paths->list, trackList(log, options.trackList, paths->list));

@@ -289,7 +289,11 @@ const char* StreamChannel::tags(DWORD type) {
     }
     if (!isThere)
         return nullptr;
-    return (m_given[type] = std::move(text)).c_str();
+    // what another thread has asked for stays where it is while it stays the same
+    std::string& given = m_given[type];
+    if (given != text)
+        given = std::move(text);
+    return given.c_str();
 }
 
 QWORD StreamChannel::filePosition(DWORD mode) const {
