@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kWide = 190;
+constexpr int kWide = 216;
 constexpr int kCompact = 52;
 constexpr int kRow = 42;
 constexpr int kIcon = 20;
