@@ -41,9 +41,10 @@ void HeldSink::audioBytes(const char* data, qint64 bytes) {
 }
 
 void HeldSink::titleArrived(const StreamTitle& title) {
-    QByteArray data(title.data, static_cast<int>(title.length));
-    data.append('\0'); // with the one behind every QByteArray: a list ends with an empty entry
-    take({Kind::Title, data, title.position, title.tagType});
+    take({Kind::Title,
+          QByteArray(title.data, static_cast<int>(title.length)),
+          title.position,
+          title.tagType});
 }
 
 void HeldSink::connectionEnded() {
@@ -72,7 +73,7 @@ void HeldSink::pass(const Item& item) {
         m_target->titleArrived({item.position,
                                 item.tagType,
                                 item.data.constData(),
-                                static_cast<DWORD>(item.data.size() - 1)});
+                                static_cast<DWORD>(item.data.size())});
         break;
     case Kind::Ended:
         m_target->connectionEnded();
