@@ -25,11 +25,13 @@ Status PlayedStations::load() {
                         "and stations played now are not added to it.")
                          .arg(m_path, file.errorString())};
     }
-    const Result<QVector<StationRecord>> read = playedStationsFromJson(file.readAll());
+    const QByteArray bytes = file.readAll();
     file.close();
+    const Result<QVector<StationRecord>> read = playedStationsFromJson(bytes);
     if (read) {
         m_stations = read.value();
         m_onDisk = m_stations;
+        m_bytes = bytes;
         emit sig_changed();
         return Done{};
     }
@@ -79,14 +81,9 @@ void PlayedStations::change(const PlayedChange& change) {
     m_writer.post([this] { write(); });
 }
 
-/// What is in the file by now: other instances may have added to it.
-QVector<StationRecord> PlayedStations::readAgain() const {
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return m_onDisk; // gone
-    }
-    const Result<QVector<StationRecord>> read = playedStationsFromJson(file.readAll());
-    file.close();
+/// What other instances have made of the list.
+QVector<StationRecord> PlayedStations::listOf(const QByteArray& foreign) const {
+    const Result<QVector<StationRecord>> read = playedStationsFromJson(foreign);
     if (read) {
         return read.value();
     }
@@ -112,11 +109,17 @@ void PlayedStations::write() {
         qCWarning(lcStations) << "PlayedStations"
                               << "no lock path=" << m_path;
     }
-    QVector<StationRecord> merged = readAgain();
+    QFile file(m_path);
+    const bool isThere = file.open(QIODevice::ReadOnly);
+    const QByteArray found = isThere ? file.readAll() : QByteArray();
+    file.close();
+    const bool isForeign = isThere && found != m_bytes;
+    QVector<StationRecord> merged = isForeign ? listOf(found) : m_onDisk;
     for (const PlayedChange& change : qAsConst(changes)) {
         applyChange(merged, change);
     }
-    const Status written = replaceFile(m_path, playedStationsToJson(merged));
+    const QByteArray bytes = playedStationsToJson(merged);
+    const Status written = replaceFile(m_path, bytes);
     if (!written) {
         qCWarning(lcStations) << "PlayedStations"
                               << "path=" << m_path << written.error();
@@ -127,26 +130,27 @@ void PlayedStations::write() {
             this, [this, text] { emit sig_saveFailed(text); }, Qt::QueuedConnection);
         return; // the changes wait for the next try
     }
-    m_onDisk = merged;
+    m_bytes = bytes;
     {
         const std::lock_guard lock(m_mutex);
+        m_onDisk = merged;
         m_unwritten.remove(0, changes.size());
     }
-    QMetaObject::invokeMethod(
-        this, [this, merged] { adopt(merged); }, Qt::QueuedConnection);
+    if (isForeign) {
+        QMetaObject::invokeMethod(this, &PlayedStations::adopt, Qt::QueuedConnection);
+    }
 }
 
-void PlayedStations::adopt(QVector<StationRecord> written) {
+/// The list as it is in the file by now, with what is still on its way there.
+void PlayedStations::adopt() {
     {
         const std::lock_guard lock(m_mutex);
+        m_stations = m_onDisk;
         for (const PlayedChange& change : qAsConst(m_unwritten)) {
-            applyChange(written, change);
+            applyChange(m_stations, change);
         }
     }
-    if (playedStationsToJson(written) != playedStationsToJson(m_stations)) {
-        m_stations = written;
-        emit sig_changed();
-    }
+    emit sig_changed();
 }
 
 } // namespace BASS

@@ -46,9 +46,10 @@ class PlayedStations final : public QObject {
 
   private:
     void change(const PlayedChange& change);
-    void write();                                           // writer thread
-    [[nodiscard]] QVector<StationRecord> readAgain() const; // writer thread
-    void adopt(QVector<StationRecord> written);
+    void write(); // writer thread
+    /// Writer thread.
+    [[nodiscard]] QVector<StationRecord> listOf(const QByteArray& foreign) const;
+    void adopt();
 
     const QString m_path;
     QVector<StationRecord> m_stations;
@@ -56,8 +57,9 @@ class PlayedStations final : public QObject {
 
     std::mutex m_mutex; ///< guards what follows
     QVector<PlayedChange> m_unwritten;
+    QVector<StationRecord> m_onDisk; ///< changed by the writer alone, once there is one
 
-    QVector<StationRecord> m_onDisk; ///< the writer's once there is something to write
+    QByteArray m_bytes; ///< the writer's: of the file as this instance knows it
     BackgroundWorker m_writer;
 };
 
