@@ -130,20 +130,25 @@ void Commands::makeEffects() {
         group->addAction(action);
         boosts.append(action);
         connect(action, &QAction::triggered, this, [&controller, boost = choice.second] {
-            controller.setBoost(boost);
+            controller.set(&BASS::SoundOptions::boost, boost);
         });
     }
     autoVolume = make(tr("&All stations equally loud"), {}, {});
     compressor = make(tr("E&ven out loud and quiet"), {}, {});
     mono = make(tr("M&ono"), {}, {});
     swapChannels = make(tr("&Swap left and right"), {}, {});
-    for (QAction* action : {autoVolume, compressor, mono, swapChannels}) {
+    const QPair<QAction*, bool BASS::SoundOptions::*> switches[] = {
+        {autoVolume, &BASS::SoundOptions::isAutoVolume},
+        {compressor, &BASS::SoundOptions::isCompressorOn},
+        {mono, &BASS::SoundOptions::isMono},
+        {swapChannels, &BASS::SoundOptions::isSwapped},
+    };
+    for (const auto& [action, part] : switches) {
         action->setCheckable(true);
+        connect(action, &QAction::triggered, &controller, [&controller, part = part](bool isOn) {
+            controller.set(part, isOn);
+        });
     }
-    connect(autoVolume, &QAction::triggered, &controller, &SoundController::setAutoVolume);
-    connect(compressor, &QAction::triggered, &controller, &SoundController::setCompressor);
-    connect(mono, &QAction::triggered, &controller, &SoundController::setMono);
-    connect(swapChannels, &QAction::triggered, &controller, &SoundController::setSwapped);
 }
 
 void Commands::updateEffects() {

@@ -27,41 +27,9 @@ void SoundController::setOptions(const BASS::SoundOptions& options) {
     emit sig_changed();
 }
 
-void SoundController::setBoost(BASS::DynamicBoost boost) {
-    BASS::SoundOptions options = m_options;
-    options.boost = boost;
-    setOptions(options);
-}
-
-void SoundController::setAutoVolume(bool isOn) {
-    BASS::SoundOptions options = m_options;
-    options.isAutoVolume = isOn;
-    setOptions(options);
-}
-
-void SoundController::setCompressor(bool isOn) {
-    BASS::SoundOptions options = m_options;
-    options.isCompressorOn = isOn;
-    setOptions(options);
-}
-
-void SoundController::setMono(bool isOn) {
-    BASS::SoundOptions options = m_options;
-    options.isMono = isOn;
-    setOptions(options);
-}
-
-void SoundController::setSwapped(bool isOn) {
-    BASS::SoundOptions options = m_options;
-    options.isSwapped = isOn;
-    setOptions(options);
-}
-
 void SoundController::setEqualizerOfStation(bool isOwn) {
-    BASS::SoundOptions options = m_options;
-    options.isEqualizerOfStation = isOwn;
     if (isOwn) {
-        setOptions(options);
+        set(&BASS::SoundOptions::isEqualizerOfStation, true);
         return;
     }
     m_settings.forgetStationEqualizer(m_player.station());

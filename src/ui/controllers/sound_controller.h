@@ -24,11 +24,13 @@ class SoundController final : public QObject {
     /// In force at once, and kept.
     void setOptions(const BASS::SoundOptions& options);
 
-    void setBoost(BASS::DynamicBoost boost);
-    void setAutoVolume(bool isOn);
-    void setCompressor(bool isOn);
-    void setMono(bool isOn);
-    void setSwapped(bool isOn);
+    /// One part of the options, `&BASS::SoundOptions::isMono` for example.
+    template <typename Value>
+    void set(Value BASS::SoundOptions::*part, Value value) {
+        BASS::SoundOptions options = m_options;
+        options.*part = value;
+        setOptions(options);
+    }
     /// With true the current equalizer becomes the station's own; with false the general one is in
     /// force again.
     void setEqualizerOfStation(bool isOwn);
