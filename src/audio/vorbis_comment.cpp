@@ -1,7 +1,7 @@
 #include "audio/vorbis_comment.h"
 
-#include <algorithm>
-#include <cctype>
+#include "audio/ascii_text.h"
+
 #include <cstring>
 
 namespace BASS {
@@ -42,23 +42,13 @@ class Reader {
     std::size_t m_size;
 };
 
-bool equalsAsciiCase(const std::string& text, std::size_t length, const char* name) {
-    return length == std::strlen(name) &&
-           std::equal(text.begin(),
-                      text.begin() + static_cast<std::ptrdiff_t>(length),
-                      name,
-                      [](char a, char b) {
-                          return std::tolower(static_cast<unsigned char>(a)) ==
-                                 std::tolower(static_cast<unsigned char>(b));
-                      });
-}
-
 } // namespace
 
 std::string VorbisComments::value(const char* name) const {
     for (const std::string& entry : entries) {
         const std::size_t equals = entry.find('=');
-        if (equals != std::string::npos && equalsAsciiCase(entry, equals, name))
+        if (equals != std::string::npos &&
+            equalsNoCase(std::string_view(entry).substr(0, equals), name))
             return entry.substr(equals + 1);
     }
     return {};

@@ -1,6 +1,7 @@
 #include "audio/ffmpeg/avio_source.h"
 
 #include "audio/bass_defs.h"
+#include "audio/ffmpeg/av_handles.h"
 #include "audio/ffmpeg/packet_framer.h"
 #include "audio/ffmpeg/stream_tap.h"
 #include "base/log.h"
@@ -24,13 +25,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct FreePacket {
-    void operator()(AVPacket* p) const { av_packet_free(&p); }
-};
-struct FreeFormat {
-    void operator()(AVFormatContext* p) const { avformat_close_input(&p); }
-};
-struct FreeIo {
+/// One that FFmpeg has opened itself.
+struct CloseIo {
     void operator()(AVIOContext* p) const { avio_close(p); }
 };
 
@@ -122,7 +118,7 @@ int AvioSource::Session::playMms() {
     std::vector<std::string> schemes{schemeOf(m_request.url)};
     if (schemes.front() == "mms")
         schemes = {"mmsh", "mmst"};
-    std::unique_ptr<AVIOContext, FreeIo> io;
+    std::unique_ptr<AVIOContext, CloseIo> io;
     int result = 0;
     for (const std::string& scheme : schemes) {
         Options options;
@@ -160,7 +156,7 @@ int AvioSource::Session::playRtsp() {
     const int result = avformat_open_input(&context, m_request.url.c_str(), nullptr, options.get());
     if (result < 0)
         return result; // has freed the context
-    const std::unique_ptr<AVFormatContext, FreeFormat> format(context);
+    const AvInput format(context);
     const int found = avformat_find_stream_info(context, nullptr);
     if (found < 0)
         return found;
@@ -176,7 +172,7 @@ int AvioSource::Session::readPackets(AVFormatContext& format, int stream) {
     headers.lines = {framer.codec() == FramedCodec::Adts ? "Content-Type: audio/aac"
                                                          : "Content-Type: audio/mpeg"};
     m_tap->streamBegins(headers, 0);
-    const std::unique_ptr<AVPacket, FreePacket> packet(av_packet_alloc());
+    const AvPacket packet(av_packet_alloc());
     std::vector<std::uint8_t> bytes = framer.head();
     for (;;) {
         touch();

@@ -1,6 +1,7 @@
 #include "audio/ffmpeg/codec_encoder.h"
 
 #include "audio/bass_defs.h"
+#include "audio/ffmpeg/av_handles.h"
 #include "audio/ffmpeg/pcm_converter.h"
 #include "base/log.h"
 
@@ -30,23 +31,8 @@ constexpr int kDefaultBitrate = 128'000;
 constexpr int kWmaLowest = 32'000;
 constexpr int kWmaHighest = 192'000;
 
-struct FreePacket {
-    void operator()(AVPacket* p) const { av_packet_free(&p); }
-};
-struct FreeFrame {
-    void operator()(AVFrame* p) const { av_frame_free(&p); }
-};
-struct FreeCodec {
-    void operator()(AVCodecContext* p) const { avcodec_free_context(&p); }
-};
 struct FreeMuxer {
     void operator()(AVFormatContext* p) const { avformat_free_context(p); }
-};
-struct FreeIo {
-    void operator()(AVIOContext* p) const {
-        av_freep(&p->buffer);
-        avio_context_free(&p);
-    }
 };
 struct FreeFifo {
     void operator()(AVAudioFifo* p) const { av_audio_fifo_free(p); }
@@ -135,13 +121,13 @@ struct CodecEncoder::State {
     const Write write;
     std::int64_t place = 0;
     // freed from the last to the first
-    std::unique_ptr<AVIOContext, FreeIo> io;
+    AvMemoryIo io;
     std::unique_ptr<AVFormatContext, FreeMuxer> muxer;
-    std::unique_ptr<AVCodecContext, FreeCodec> codec;
+    AvCodec codec;
     std::unique_ptr<AVAudioFifo, FreeFifo> fifo;
     std::unique_ptr<PcmConverter> converter;
-    std::unique_ptr<AVPacket, FreePacket> packet{av_packet_alloc()};
-    std::unique_ptr<AVFrame, FreeFrame> frame{av_frame_alloc()};
+    AvPacket packet{av_packet_alloc()};
+    AvFrame frame{av_frame_alloc()};
     std::int64_t encoded = 0; ///< frames
     bool hasHeader = false;
 

@@ -1,27 +1,15 @@
 #include "audio/ffmpeg/fragment_reader.h"
 
+#include "audio/ffmpeg/av_handles.h"
+
 extern "C" {
 #include <libavformat/avformat.h>
 }
 
 #include <algorithm>
-#include <memory>
 
 namespace BASS {
 namespace {
-
-struct FreePacket {
-    void operator()(AVPacket* p) const { av_packet_free(&p); }
-};
-struct FreeFormat {
-    void operator()(AVFormatContext* p) const { avformat_close_input(&p); }
-};
-struct FreeIo {
-    void operator()(AVIOContext* p) const {
-        av_freep(&p->buffer);
-        avio_context_free(&p);
-    }
-};
 
 /// Bytes in memory, as the demuxer reads them.
 class Memory {
@@ -66,14 +54,14 @@ class Memory {
 
     const std::vector<std::uint8_t>& m_bytes;
     std::size_t m_at = 0;
-    std::unique_ptr<AVIOContext, FreeIo> m_io;
+    AvMemoryIo m_io;
 };
 
 void readPackets(AVFormatContext& format,
                  int stream,
                  const PacketFramer& framer,
                  std::vector<std::uint8_t>& out) {
-    const std::unique_ptr<AVPacket, FreePacket> packet(av_packet_alloc());
+    const AvPacket packet(av_packet_alloc());
     while (av_read_frame(&format, packet.get()) >= 0) {
         if (packet->stream_index == stream)
             framer.append(packet->data, packet->size, out);
@@ -91,7 +79,7 @@ FragmentAudio readFragment(const std::vector<std::uint8_t>& bytes) {
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     if (avformat_open_input(&context, nullptr, av_find_input_format("mov"), nullptr) < 0)
         return result; // has freed the context
-    const std::unique_ptr<AVFormatContext, FreeFormat> format(context);
+    const AvInput format(context);
     const int stream = av_find_best_stream(context, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (stream < 0)
         return result;

@@ -4,8 +4,6 @@
 #include "audio/ffmpeg/url_text.h"
 #include "base/log.h"
 
-#include <curl/curl.h>
-
 extern "C" {
 #include <libavutil/aes.h>
 #include <libavutil/mem.h>
@@ -29,27 +27,9 @@ constexpr milliseconds kRetryPause{500};
 constexpr milliseconds kLongestSilence{10000};
 constexpr int kHttpOk = 200;
 
-struct FreeUrl {
-    void operator()(CURLU* url) const { curl_url_cleanup(url); }
-};
 struct FreeAes {
     void operator()(AVAES* aes) const { av_free(aes); }
 };
-
-/// RFC 3986, section 5.2. Empty: no address can be made of it.
-std::string resolvedUrl(const std::string& base, const std::string& relative) {
-    constexpr unsigned kFlags = CURLU_ALLOW_SPACE | CURLU_NON_SUPPORT_SCHEME;
-    const std::unique_ptr<CURLU, FreeUrl> url(curl_url());
-    if (curl_url_set(url.get(), CURLUPART_URL, base.c_str(), kFlags) != CURLUE_OK ||
-        curl_url_set(url.get(), CURLUPART_URL, relative.c_str(), kFlags) != CURLUE_OK)
-        return {};
-    char* text = nullptr;
-    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK)
-        return {};
-    std::string result = text;
-    curl_free(text);
-    return result;
-}
 
 const char* contentType(FramedCodec codec) {
     switch (codec) {

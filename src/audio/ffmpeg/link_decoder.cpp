@@ -1,5 +1,6 @@
 #include "audio/ffmpeg/link_decoder.h"
 
+#include "audio/ffmpeg/av_handles.h"
 #include "audio/frame_header.h"
 #include "base/log.h"
 
@@ -49,24 +50,6 @@ const char* demuxerName(StreamFormat format) {
     return nullptr;
 }
 
-struct FreePacket {
-    void operator()(AVPacket* p) const { av_packet_free(&p); }
-};
-struct FreeFrame {
-    void operator()(AVFrame* p) const { av_frame_free(&p); }
-};
-struct FreeCodec {
-    void operator()(AVCodecContext* p) const { avcodec_free_context(&p); }
-};
-struct FreeFormat {
-    void operator()(AVFormatContext* p) const { avformat_close_input(&p); }
-};
-struct FreeIo {
-    void operator()(AVIOContext* p) const {
-        av_freep(&p->buffer);
-        avio_context_free(&p);
-    }
-};
 struct FreeSwr {
     void operator()(SwrContext* p) const { swr_free(&p); }
 };
@@ -100,12 +83,12 @@ struct LinkDecoder::State {
     std::int64_t place = 0;
     bool isAborted = false;
     // freed from the last to the first
-    std::unique_ptr<AVIOContext, FreeIo> io;
-    std::unique_ptr<AVFormatContext, FreeFormat> format;
-    std::unique_ptr<AVCodecContext, FreeCodec> codec;
+    AvMemoryIo io;
+    AvInput format;
+    AvCodec codec;
     std::unique_ptr<SwrContext, FreeSwr> swr;
-    std::unique_ptr<AVPacket, FreePacket> packet{av_packet_alloc()};
-    std::unique_ptr<AVFrame, FreeFrame> frame{av_frame_alloc()};
+    AvPacket packet{av_packet_alloc()};
+    AvFrame frame{av_frame_alloc()};
     AVStream* stream = nullptr;
     Shape shape;
     int swrChannels = kOutChannels; ///< mono is doubled here: the resampler would lower it by 3 dB

@@ -3,9 +3,17 @@
 #include <QString>
 #include <QUrl>
 
+#include <curl/curl.h>
+
 #include <algorithm>
+#include <memory>
 
 namespace BASS {
+namespace {
+struct FreeUrl {
+    void operator()(CURLU* url) const { curl_url_cleanup(url); }
+};
+} // namespace
 
 std::string utf8Text(const void* text, bool isWide) {
     const QString result = isWide ? QString::fromUtf16(static_cast<const char16_t*>(text))
@@ -51,6 +59,20 @@ std::string requestUrl(const std::string& url) {
         result += kHex[byte >> 4];
         result += kHex[byte & 15];
     }
+    return result;
+}
+
+std::string resolvedUrl(const std::string& base, const std::string& relative) {
+    constexpr unsigned kFlags = CURLU_ALLOW_SPACE | CURLU_NON_SUPPORT_SCHEME;
+    const std::unique_ptr<CURLU, FreeUrl> url(curl_url());
+    if (curl_url_set(url.get(), CURLUPART_URL, base.c_str(), kFlags) != CURLUE_OK ||
+        curl_url_set(url.get(), CURLUPART_URL, relative.c_str(), kFlags) != CURLUE_OK)
+        return {};
+    char* text = nullptr;
+    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK)
+        return {};
+    std::string result = text;
+    curl_free(text);
     return result;
 }
 

@@ -16,5 +16,8 @@ namespace BASS {
 /// The address as a request needs it: blanks and bytes beyond ASCII behind the host are escaped,
 /// icy:// is http://.
 [[nodiscard]] std::string requestUrl(const std::string& url);
+/// An address as it stands in a document of that address (RFC 3986, section 5.2). Empty: no address
+/// can be made of it.
+[[nodiscard]] std::string resolvedUrl(const std::string& base, const std::string& relative);
 
 } // namespace BASS

@@ -1,7 +1,8 @@
 #include "audio/hls/hls_playlist.h"
 
+#include "audio/ascii_text.h"
+
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 
 namespace BASS {
@@ -10,14 +11,6 @@ namespace {
 constexpr std::string_view kMark = "#EXTM3U";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kMaxVariants = 256;
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t from = text.find_first_not_of(kBlanks);
-    if (from == std::string_view::npos)
-        return {};
-    return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
-}
 
 bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
