@@ -17,7 +17,7 @@ namespace {
 constexpr DWORD kOutputRate = 44100;
 /// One step of the volume slider in the library's unit.
 constexpr DWORD kVolumeStep = 100;
-constexpr QLatin1String kDefaultName("default");
+const QLatin1String kDefaultName("default");
 constexpr DWORD kConnectTimeoutMs = 5 * 1000;
 constexpr DWORD kCurrentDevice = ~DWORD{0};
 } // namespace

@@ -50,7 +50,8 @@ TEST(OggLinkSplitter, FindsLinksAndTitlesAtEveryChunkSize) {
     const std::string three = track(Track::OggFlac, "Three").toStdString();
     const std::string chain = one + two + three;
     const std::vector<std::size_t> links{0, one.size(), one.size() + two.size()};
-    for (const std::size_t chunk : {1, 2, 5, 27, 100, 4096, 1 << 20}) {
+    for (const std::size_t chunk :
+         std::initializer_list<std::size_t>{1, 2, 5, 27, 100, 4096, 1 << 20}) {
         SCOPED_TRACE(chunk);
         const Seen seen = split(chain, chunk);
         EXPECT_TRUE(seen.out == chain);
@@ -71,7 +72,7 @@ TEST(OggLinkSplitter, LosesNothingToRubbish) {
     const std::string rubbish = "OggOgOggS\x07 not a page OggX";
     const std::string tail = "OggS\0\0half a page"; // ends at its zero
     const std::string stream = rubbish + one + rubbish + two + tail;
-    for (const std::size_t chunk : {1, 3, 1000, 1 << 20}) {
+    for (const std::size_t chunk : std::initializer_list<std::size_t>{1, 3, 1000, 1 << 20}) {
         SCOPED_TRACE(chunk);
         const Seen seen = split(stream, chunk);
         EXPECT_TRUE(seen.out == stream);
