@@ -485,6 +485,10 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
         <source>No urls found</source>
         <translation>Keine Adressen gefunden</translation>
     </message>
+    <message>
+        <source>The recording device %1 is not there. Connect it, or choose another one in the settings.</source>
+        <translation>Das Aufnahmegerät %1 ist nicht da. Schließen Sie es an, oder wählen Sie in den Einstellungen ein anderes.</translation>
+    </message>
 </context>
 <context>
     <name>BASS::StreamRecorder</name>
@@ -502,10 +506,6 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
     <message>
         <source>The station with the id %1 is not known here. Start it by its address, with /url=.</source>
         <translation>Der Sender mit der Kennung %1 ist hier nicht bekannt. Starten Sie ihn über seine Adresse, mit /url=.</translation>
-    </message>
-    <message>
-        <source>Recording device</source>
-        <translation>Aufnahmegerät</translation>
     </message>
 </context>
 <context>
@@ -669,6 +669,10 @@ Stattdessen wird die eingebaute Audiobibliothek verwendet.</translation>
     <message>
         <source>&amp;Go on</source>
         <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Play the recording &amp;device</source>
+        <translation>Aufnahme&amp;gerät abspielen</translation>
     </message>
 </context>
 <context>
@@ -1040,6 +1044,10 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
         <source>Level</source>
         <translation>Pegel</translation>
     </message>
+    <message>
+        <source>Spectrum</source>
+        <translation>Spektrum</translation>
+    </message>
 </context>
 <context>
     <name>PlayController</name>
@@ -1058,6 +1066,10 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>Try again</source>
         <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Recording device</source>
+        <translation>Aufnahmegerät</translation>
     </message>
 </context>
 <context>
@@ -1136,6 +1148,80 @@ Fügen Sie oben die Adresse eines Senders ein, und drücken Sie die Eingabetaste
     <message>
         <source>%1 behind live</source>
         <translation>%1 hinter live</translation>
+    </message>
+</context>
+<context>
+    <name>PlayingSettingsPage</name>
+    <message>
+        <source>O&amp;utput device:</source>
+        <translation>Ausgabege&amp;rät:</translation>
+    </message>
+    <message>
+        <source>Recording de&amp;vice:</source>
+        <translation>Aufnah&amp;megerät:</translation>
+    </message>
+    <message>
+        <source>Fade &amp;in:</source>
+        <translation>&amp;Einblenden:</translation>
+    </message>
+    <message>
+        <source>Fade &amp;out:</source>
+        <translation>A&amp;usblenden:</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <comment>seconds</comment>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>&amp;Buffer:</source>
+        <translation>&amp;Puffer:</translation>
+    </message>
+    <message>
+        <source> ms</source>
+        <comment>milliseconds</comment>
+        <translation> ms</translation>
+    </message>
+    <message>
+        <source>&amp;Attempts to connect:</source>
+        <translation>&amp;Verbindungsversuche:</translation>
+    </message>
+    <message>
+        <source>&amp;Wait for a lost station:</source>
+        <translation>Auf einen verlorenen Sender war&amp;ten:</translation>
+    </message>
+    <message>
+        <source> min</source>
+        <comment>minutes</comment>
+        <translation> min</translation>
+    </message>
+    <message>
+        <source>A larger buffer bridges longer gaps of the network. A station that is being recorded is waited for without a limit. Changes are in force from the next station on.</source>
+        <translation>Ein größerer Puffer überbrückt längere Aussetzer des Netzes. Auf einen Sender, der aufgenommen wird, wird unbegrenzt gewartet. Änderungen gelten ab dem nächsten Sender.</translation>
+    </message>
+    <message>
+        <source>&amp;Meter:</source>
+        <translation>An&amp;zeige:</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Pegel</translation>
+    </message>
+    <message>
+        <source>Spectrum</source>
+        <translation>Spektrum</translation>
+    </message>
+    <message>
+        <source>As the system</source>
+        <translation>Wie das System</translation>
+    </message>
+    <message>
+        <source>%1 (not there now)</source>
+        <translation>%1 (jetzt nicht da)</translation>
     </message>
 </context>
 <context>
@@ -1588,36 +1674,6 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
         <translation>Die mittlere Maus&amp;taste schaltet stumm</translation>
     </message>
     <message>
-        <source>Fade &amp;in:</source>
-        <translation>&amp;Einblenden:</translation>
-    </message>
-    <message>
-        <source>Fade &amp;out:</source>
-        <translation>A&amp;usblenden:</translation>
-    </message>
-    <message>
-        <source>&amp;Buffer:</source>
-        <translation>&amp;Puffer:</translation>
-    </message>
-    <message>
-        <source>&amp;Attempts to connect:</source>
-        <translation>&amp;Verbindungsversuche:</translation>
-    </message>
-    <message>
-        <source> s</source>
-        <comment>seconds</comment>
-        <translation> s</translation>
-    </message>
-    <message>
-        <source> ms</source>
-        <comment>milliseconds</comment>
-        <translation> ms</translation>
-    </message>
-    <message>
-        <source>A larger buffer bridges longer gaps of the network. Changes are in force from the next station on.</source>
-        <translation>Ein größerer Puffer überbrückt längere Lücken im Netz. Änderungen gelten ab dem nächsten Sender.</translation>
-    </message>
-    <message>
         <source>&amp;Use a proxy</source>
         <translation>Einen &amp;Proxy verwenden</translation>
     </message>
@@ -1672,18 +1728,6 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
     <message>
         <source>Encoding</source>
         <translation>Umwandlung</translation>
-    </message>
-    <message>
-        <source>O&amp;utput device:</source>
-        <translation>Ausgabege&amp;rät:</translation>
-    </message>
-    <message>
-        <source>Show the peak &amp;meter</source>
-        <translation>Aussteuerungsan&amp;zeige zeigen</translation>
-    </message>
-    <message>
-        <source>%1 (not there now)</source>
-        <translation>%1 (jetzt nicht da)</translation>
     </message>
 </context>
 <context>

@@ -24,12 +24,15 @@ class AudioSettings {
     // -1: the default device.
     IntSetting PlayOnDevices{m_file, "PlayOnDevices", "-1"};
     TextSetting PlayOnDevicesName{m_file, "PlayOnDevicesName"};
+    /// What a station of the recording device hears; empty: the system's default.
+    TextSetting RecordingDeviceName{m_file, "RecordingDeviceName"};
     IntSetting Playback32Bit{m_file, "Playback32Bit", "-1"};
     BoolSetting EqualizerEnabled{m_file, "EqualizerEnabled", "false"};
     TextSetting EQPreset{m_file, "EQPreset"};
     TextSetting EQPreamp{m_file, "EQPreamp"};
     IntSetting EQPresetID{m_file, "EQPresetID", "0"};
     BoolSetting PeakMeterEnabled{m_file, "PeakMeterEnabled", "true"};
+    BoolSetting PeakMeterSpectrum{m_file, "PeakMeterSpectrum", "false"}; ///< in place of the level
     BoolSetting PeakmetersSideBySide{m_file, "PeakmetersSideBySide", "false"};
     IntSetting PeakmetersOrientation{m_file, "PeakmetersOrientation", "0"};
     BoolSetting AllowFlacStreams{m_file, "AllowFlacStreams", "true"};

@@ -140,6 +140,10 @@ class AudioLibrary : public AudioEncoding {
     /// Peak of the last moments: left in the low, right in the high 16 bits, 0 to 32768; all ones
     /// on failure.
     virtual DWORD ChannelGetLevel(DWORD handle) = 0;
+    static constexpr unsigned kSpectrumBins = 1024;
+    /// Amplitudes of the last moments before the volume, 0 to 1, into kSpectrumBins places. Returns
+    /// the step from one place to the next in Hz; 0: none yet, as the first time it is asked.
+    virtual double ChannelGetSpectrum(DWORD handle, float* bins) = 0;
 };
 
 /// What a provider module exports under this name: makes the library, owned by the caller. Null

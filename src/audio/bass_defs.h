@@ -111,6 +111,8 @@ constexpr DWORD BASS_TAG_HLS_EXTINF =
 
 constexpr DWORD BASS_POS_BYTE = 0;
 
+constexpr DWORD BASS_DATA_FFT2048 = 0x80000003; ///< 1024 amplitudes of 2048 frames
+
 constexpr DWORD BASS_FILEPOS_CURRENT = 0;  ///< bytes handed to the decoder
 constexpr DWORD BASS_FILEPOS_DOWNLOAD = 1; ///< bytes received, title blocks not counted
 constexpr DWORD BASS_FILEPOS_END = 2;

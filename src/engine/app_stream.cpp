@@ -90,6 +90,7 @@ AppStream::requestFor(const QString& address, int attempts, BASS::StreamKind kin
     request.hasProxy = !settings().proxy.isEmpty();
     request.userAgent = settings().userAgent;
     request.knownAddress = m_playedAddress;
+    request.recordingDevice = settings().recordingDeviceName;
     return request;
 }
 

@@ -150,6 +150,14 @@ QStringList CBass::outputDevices() const {
     return names;
 }
 
+QStringList CBass::recordingDevices() const {
+    QStringList names;
+    BASS_DEVICEINFO info{};
+    for (DWORD n = 1; m_library->RecordGetDeviceInfo(n, &info); ++n)
+        names.append(QString::fromUtf8(info.name));
+    return names;
+}
+
 int CBass::GetDefaultSoundDeviceIndex() {
     int result = -1;
     BASS_DEVICEINFO info{};
@@ -251,6 +259,11 @@ DWORD CBass::ChannelGetLevel() const {
     const DWORD handle = GetHandle();
     const DWORD level = handle == 0 ? 0 : m_library->ChannelGetLevel(handle);
     return level == kFailed ? 0 : level;
+}
+
+double CBass::ChannelGetSpectrum(float* bins) const {
+    const DWORD handle = GetHandle();
+    return handle == 0 ? 0.0 : m_library->ChannelGetSpectrum(handle, bins);
 }
 
 // --- volume -------------------------------------------------------------------------------------

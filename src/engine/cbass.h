@@ -50,6 +50,8 @@ class CBass : public QObject {
     bool SelectDevice(const QString& name);
     /// Names of the output devices, without "no sound" and the default.
     [[nodiscard]] QStringList outputDevices() const;
+    /// Names of the recording devices, without the system's default.
+    [[nodiscard]] QStringList recordingDevices() const;
     /// Text for a library error; code 0 asks the library for its last one.
     [[nodiscard]] QString errorText(int code = 0) const;
     /// A text option of the library.
@@ -68,6 +70,8 @@ class CBass : public QObject {
     /// Peaks of what is heard, before the volume: left in the low, right in the high 16 bits, 0 to
     /// 32768; 0 without a channel.
     [[nodiscard]] DWORD ChannelGetLevel() const;
+    /// As AudioLibrary::ChannelGetSpectrum(); 0 without a channel.
+    double ChannelGetSpectrum(float* bins) const;
 
     // --- volume -------------------------------------------------------------------------------
     /// 0 to 100, for all streams.

@@ -312,13 +312,34 @@ HSTREAM ConnectSequence::callCreateFile(StreamKind kind, const void* path) {
 }
 
 void ConnectSequence::openRecordingDevice() {
-    constexpr int kDefaultDevice = -1;
     m_report.createBegins(StreamKind::Generic);
-    m_handle = m_library.StreamCreateRecordingDevice(kDefaultDevice, BASS_SAMPLE_FLOAT);
     m_kind = StreamKind::Generic;
+    const std::optional<int> device = recordingDevice();
+    if (!device) { // another one would record what nobody wanted
+        m_errorCode = BASS_ERROR_DEVICE;
+        m_report.log(tr("The recording device %1 is not there. Connect it, or choose another one "
+                        "in the settings.")
+                         .arg(m_request.recordingDevice),
+                     true);
+        return;
+    }
+    m_handle = m_library.StreamCreateRecordingDevice(*device, BASS_SAMPLE_FLOAT);
     m_errorCode = m_handle != 0 ? BASS_OK : m_library.ErrorGetCode();
     if (m_handle == 0)
         m_report.log(libraryErrorText(m_errorCode), true);
+}
+
+/// Nothing: the chosen one is not there.
+std::optional<int> ConnectSequence::recordingDevice() {
+    constexpr int kDefaultDevice = -1;
+    if (m_request.recordingDevice.isEmpty())
+        return kDefaultDevice;
+    BASS_DEVICEINFO info{};
+    for (DWORD n = 1; m_library.RecordGetDeviceInfo(n, &info); ++n) {
+        if (QString::fromUtf8(info.name) == m_request.recordingDevice)
+            return static_cast<int>(n);
+    }
+    return std::nullopt;
 }
 
 void ConnectSequence::openLocalFile() {

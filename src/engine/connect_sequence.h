@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace BASS {
 
@@ -24,8 +25,9 @@ struct ConnectRequest {
     bool isPlaylistChecked = false;  ///< every failed try looks whether the address is a playlist
     bool isPlaylistProcessed = true; ///< what is no audio is looked at as a playlist
     bool hasProxy = false;
-    QString userAgent;    ///< told to playlist servers, restored after an address's own
-    QString knownAddress; ///< of a directory station, from the last time
+    QString userAgent;       ///< told to playlist servers, restored after an address's own
+    QString knownAddress;    ///< of a directory station, from the last time
+    QString recordingDevice; ///< its name; empty: the system's default
 };
 
 /// Its way to the outside. Called on the worker's thread.
@@ -81,6 +83,7 @@ class ConnectSequence final {
     void playLocalPlaylist();
     void openLocalFile();
     void openRecordingDevice();
+    std::optional<int> recordingDevice();
     bool createFromAddress(const QString& address);
     bool create(StreamKind kind, const QString& address);
     HSTREAM callCreate(StreamKind kind, const void* url);

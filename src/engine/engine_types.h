@@ -33,8 +33,9 @@ struct StreamInfo {
 /// Settings that the engine reads, copied into it by its owner before a connect.
 struct EngineSettings {
     QString userAgent;
-    QString outputDeviceName; ///< empty: the system's default
-    int outputDevice = -1;    ///< used where the name is empty; -1: the system's default
+    QString outputDeviceName;    ///< empty: the system's default
+    int outputDevice = -1;       ///< used where the name is empty; -1: the system's default
+    QString recordingDeviceName; ///< empty: the system's default
     int bufferMs = 6000;
     QString proxy; ///< "user:password@host:port"; empty: none
     int attempts = 2;

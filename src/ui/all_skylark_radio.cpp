@@ -106,7 +106,9 @@ void AllSkylarkRadio::layOut() {
     }
     m_messages = new MessageBar(content);
     m_bar = new PlayerBar(*m_commands, content);
-    m_bar->meter().setLevel([&player = m_services.player] { return player.level(); });
+    m_bar->meter().setSources(
+        [&player = m_services.player] { return player.level(); },
+        [&player = m_services.player](QVector<float>& bins) { return player.spectrum(bins); });
     m_bar->meter().setLook(m_services.settings.peakMeter());
 
     auto* middle = new QHBoxLayout;
@@ -473,7 +475,7 @@ void AllSkylarkRadio::showSettings() {
     }
     auto* dialog = new SettingsDialog(m_services.settings.preferences(),
                                       m_services.languages,
-                                      m_services.player.outputDevices(),
+                                      m_services.player.audioDevices(),
                                       this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &SettingsDialog::sig_applied, this, &AllSkylarkRadio::preferencesChanged);

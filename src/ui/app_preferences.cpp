@@ -43,7 +43,9 @@ Preferences AppUiSettings::preferences() const {
     now.bufferMs = m_settings.BufferSize();
     now.attempts = m_settings.Retries();
     now.outputDevice = m_settings.PlayOnDevicesName();
-    now.isPeakMeterShown = m_settings.PeakMeterEnabled();
+    now.meter = meterKind();
+    now.patienceMinutes = m_settings.ReconnectMinutes();
+    now.recordingDevice = m_settings.RecordingDeviceName();
     now.recording = recordingPreferences();
     now.proxy = proxySettings(m_settings);
     return now;
@@ -91,7 +93,12 @@ void AppUiSettings::changeSound(const Preferences& before, const Preferences& af
     change(m_settings.FadeOutValue, before.fadeOutSeconds, after.fadeOutSeconds);
     change(m_settings.BufferSize, before.bufferMs, after.bufferMs);
     change(m_settings.Retries, before.attempts, after.attempts);
-    change(m_settings.PeakMeterEnabled, before.isPeakMeterShown, after.isPeakMeterShown);
+    change(m_settings.ReconnectMinutes, before.patienceMinutes, after.patienceMinutes);
+    change(m_settings.RecordingDeviceName, before.recordingDevice, after.recordingDevice);
+    if (before.meter != after.meter) {
+        m_settings.PeakMeterEnabled.set(after.meter != MeterKind::None);
+        m_settings.PeakMeterSpectrum.set(after.meter == MeterKind::Spectrum);
+    }
     if (before.outputDevice != after.outputDevice) {
         m_settings.PlayOnDevicesName.set(after.outputDevice);
         m_settings.PlayOnDevices.set(-1); // a place in the list says little after the next start

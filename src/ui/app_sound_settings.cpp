@@ -116,12 +116,19 @@ void AppUiSettings::forgetStationEqualizer(const StationRecord& station) {
     }
 }
 
+MeterKind AppUiSettings::meterKind() const {
+    if (!m_settings.PeakMeterEnabled()) {
+        return MeterKind::None;
+    }
+    return m_settings.PeakMeterSpectrum() ? MeterKind::Spectrum : MeterKind::Level;
+}
+
 PeakMeterLook AppUiSettings::peakMeter() const {
     const auto colour = [](const TextSetting& setting) {
         const QColor stored(setting());
         return stored.isValid() ? stored : QColor(setting.defaultText());
     };
-    return {m_settings.PeakMeterEnabled(),
+    return {meterKind(),
             colour(m_settings.PeakBackColor),
             colour(m_settings.PeakBarColorTop),
             colour(m_settings.PeakBarColorBottom)};

@@ -143,6 +143,7 @@ EngineSettings AppUiSettings::engineSettings() const {
     engine.userAgent = m_settings.UserAgent();
     engine.outputDeviceName = m_settings.PlayOnDevicesName();
     engine.outputDevice = m_settings.PlayOnDevices();
+    engine.recordingDeviceName = m_settings.RecordingDeviceName();
     engine.bufferMs = m_settings.BufferSize();
     engine.proxy = audioProxyText(proxySettings(m_settings));
     engine.attempts = std::max(1, m_settings.Retries());

@@ -51,6 +51,7 @@ class AppUiSettings final : public UiSettings {
     void changeTray(const TrayOptions& before, const TrayOptions& after);
     void changeSound(const Preferences& before, const Preferences& after);
     [[nodiscard]] RecordingPreferences recordingPreferences() const;
+    [[nodiscard]] MeterKind meterKind() const;
     void changeRecording(const RecordingPreferences& before, const RecordingPreferences& after);
     void changeEncoding(const RecordingPreferences& before, const RecordingPreferences& after);
     void changeFormats(RecordSplitting splitting,

@@ -58,6 +58,7 @@ void Commands::makePlay() {
     playLast = make(tr("Play &last station"),
                     QStringLiteral("history"),
                     QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    playDevice = make(tr("Play the recording &device"), {}, {});
     pause = make(
         tr("P&ause"), QStringLiteral("pause"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Space));
     goLive = make(
@@ -69,6 +70,8 @@ void Commands::makePlay() {
     });
     connect(goLive, &QAction::triggered, &m_controllers.player, &Player::jumpToLive);
     connect(playLast, &QAction::triggered, &m_controllers.play, &PlayController::playLast);
+    connect(
+        playDevice, &QAction::triggered, &m_controllers.play, &PlayController::playRecordingDevice);
 }
 
 void Commands::makeRecord() {

@@ -38,6 +38,7 @@ class Commands final : public QObject {
 
     QAction* playStop;
     QAction* playLast;
+    QAction* playDevice;
     QAction* pause;  ///< "Pause" or "Go on", as it stands
     QAction* goLive; ///< enabled where what is heard lies behind
     QAction* openAddress;

@@ -29,6 +29,11 @@ void EnginePlayer::play(const BASS::StationRecord& station) {
     m_engine.play(station);
 }
 
+double EnginePlayer::spectrum(QVector<float>& amplitudes) const {
+    amplitudes.resize(BASS::AudioLibrary::kSpectrumBins);
+    return m_engine.ChannelGetSpectrum(amplitudes.data());
+}
+
 QString EnginePlayer::useOutputDevice(const QString& name) {
     return m_engine.SelectDevice(name) ? QString() : m_engine.lastError();
 }

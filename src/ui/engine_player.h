@@ -36,8 +36,11 @@ class EnginePlayer final : public Player {
     void setVolume(int percent) override { m_engine.SetVolume(percent); }
     void setMuted(bool isMuted) override { m_engine.SetVolumeMute(isMuted); }
     void setSound(const BASS::SoundOptions& sound) override { m_engine.setSoundOptions(sound); }
+    double spectrum(QVector<float>& amplitudes) const override;
     [[nodiscard]] quint32 level() const override { return m_engine.ChannelGetLevel(); }
-    [[nodiscard]] QStringList outputDevices() const override { return m_engine.outputDevices(); }
+    [[nodiscard]] AudioDevices audioDevices() const override {
+        return {m_engine.outputDevices(), m_engine.recordingDevices()};
+    }
     QString useOutputDevice(const QString& name) override;
 
   private:

@@ -18,7 +18,8 @@ using AddMenu = std::function<QMenu*(const QString&)>;
 
 void fillMenus(const AddMenu& add, const Commands& commands) {
     QMenu* station = add(MainMenu::tr("&Station"));
-    station->addActions({commands.openAddress, commands.playStop, commands.playLast});
+    station->addActions(
+        {commands.openAddress, commands.playStop, commands.playLast, commands.playDevice});
     station->addSeparator();
     station->addActions({commands.pause, commands.goLive});
     station->addSeparator();

@@ -4,9 +4,10 @@
 #include "engine/sound_options.h"
 #include "recording/recording_types.h"
 #include "stations/station.h"
+#include "ui/audio_devices.h"
 
 #include <QObject>
-#include <QStringList>
+#include <QVector>
 
 /// The engine as the window sees it: everything that views and controllers may ask of it, and
 /// nothing else. EnginePlayer puts the engine behind it; tests put a script behind it.
@@ -55,8 +56,10 @@ class Player : public QObject {
     /// Peaks of the last moments before the volume: left in the low, right in the high 16 bits, 0
     /// to 32768.
     [[nodiscard]] virtual quint32 level() const = 0;
-    /// Names of the output devices, without the system's default.
-    [[nodiscard]] virtual QStringList outputDevices() const = 0;
+    /// Amplitudes of the last moments by frequency, 0 to 1; returns the step from one to the next
+    /// in Hz, 0: none.
+    virtual double spectrum(QVector<float>& amplitudes) const = 0;
+    [[nodiscard]] virtual AudioDevices audioDevices() const = 0;
     /// Empty: the system's default. An empty answer: done; else what to tell the user.
     virtual QString useOutputDevice(const QString& name) = 0;
 

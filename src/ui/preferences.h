@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/application_proxy.h"
+#include "ui/meter_kind.h"
 #include "ui/recording_preferences.h"
 #include "ui/theme/theme.h"
 #include "ui/tray_options.h"
@@ -22,9 +23,11 @@ struct Preferences {
     int fadeInSeconds = 2;
     int fadeOutSeconds = 2;
     int bufferMs = 6000;
-    int attempts = 2;     ///< to connect
-    QString outputDevice; ///< its name; empty: the system's default
-    bool isPeakMeterShown = true;
+    int attempts = 2;         ///< to connect
+    QString outputDevice;     ///< its name; empty: the system's default
+    int patienceMinutes = 10; ///< a lost station is waited for
+    QString recordingDevice;  ///< its name; empty: the system's default
+    MeterKind meter = MeterKind::Level;
 
     RecordingPreferences recording;
 

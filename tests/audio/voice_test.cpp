@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cmath>
 #include <numeric>
 #include <thread>
 #include <vector>
@@ -150,6 +151,40 @@ TEST_F(VoiceTest, TheMixerAddsAndLimits) {
     mixer.remove(second);
     mixer.render(out.data(), kBlock);
     EXPECT_EQ(out[100], 0.0F);
+}
+
+TEST_F(VoiceTest, TheSpectrumShowsASineAtItsPlaceWhileItIsAskedFor) {
+    constexpr std::size_t kBin = 93; // about 2 kHz
+    constexpr double kStep = 2.0 * 3.14159265358979323846 * kBin / HeardSpectrum::kFrames;
+    std::vector<float> sine(kBlock * 2);
+    std::size_t at = 0;
+    const auto hear = [&](std::size_t blocks) {
+        for (; blocks > 0; --blocks) {
+            for (std::size_t n = 0; n < kBlock; ++n)
+                sine[2 * n] = sine[2 * n + 1] =
+                    static_cast<float>(0.5 * std::sin(kStep * static_cast<double>(at++)));
+            ASSERT_EQ(voice.write(sine.data(), kBlock), kBlock);
+            render();
+        }
+    };
+    std::vector<float> bins(HeardSpectrum::kBins, -1.0F);
+    voice.setMode(Voice::Mode::Playing);
+    hear(3);
+    EXPECT_FALSE(voice.spectrum(bins.data())); // nothing was gathered before the first question
+    hear(1);
+    EXPECT_FALSE(voice.spectrum(bins.data()));
+    hear(1);
+    ASSERT_TRUE(voice.spectrum(bins.data()));
+    for (std::size_t bin = 0; bin < bins.size(); ++bin) {
+        const float expected = bin == kBin                          ? 0.5F
+                               : bin + 1 == kBin || bin == kBin + 1 ? 0.25F
+                                                                    : 0.0F;
+        EXPECT_NEAR(bins[bin], expected, 0.001) << bin;
+    }
+    hear(50); // more than a second
+    EXPECT_FALSE(voice.spectrum(bins.data()));
+    hear(2);
+    EXPECT_TRUE(voice.spectrum(bins.data()));
 }
 
 TEST_F(VoiceTest, RemovingWaitsForThePassUnderWay) {

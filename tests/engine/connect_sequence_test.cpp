@@ -39,6 +39,7 @@ class ConnectSequenceTest : public ::testing::Test {
         ConnectRequest request;
         request.address = address;
         request.attempts = attempts;
+        request.recordingDevice = recordingDevice;
         return std::make_unique<ConnectSequence>(library, request, report, sink);
     }
 
@@ -57,6 +58,7 @@ class ConnectSequenceTest : public ::testing::Test {
     FakeLibrary library;
     TextSink sink;
     QStringList status;
+    QString recordingDevice;
 };
 
 } // namespace
@@ -91,6 +93,27 @@ TEST_F(ConnectSequenceTest, LocalFilesGoThroughTheFileChain) {
     connect->run();
     EXPECT_EQ(functions(), (std::vector<std::string>{"file", "aac file", "wma file", "opus file"}));
     EXPECT_EQ(library.creates[0].url, QStringLiteral("/a/b.opus"));
+}
+
+TEST_F(ConnectSequenceTest, OpensTheChosenRecordingDeviceAndNoOther) {
+    library.devices = {{"Default", "", 0}, {"Line in", "", 0}, {"Microphone", "", 0}};
+    library.onCreate = [](const FakeLibrary::Create&) -> HSTREAM { return 5; };
+    const struct {
+        const char* chosen;
+        const char* opened;
+    } rows[] = {{"", "-1"}, {"Microphone", "2"}, {"Unplugged", nullptr}};
+    for (const auto& row : rows) {
+        library.creates.clear();
+        recordingDevice = QString::fromLatin1(row.chosen);
+        const auto connect = sequence(QStringLiteral("RecordingDevice"));
+        connect->run();
+        ASSERT_EQ(library.creates.size(), row.opened != nullptr ? 1U : 0U) << row.chosen;
+        if (row.opened != nullptr) {
+            EXPECT_EQ(library.creates[0].url, QString::fromLatin1(row.opened));
+        } else {
+            EXPECT_EQ(connect->errorCode(), BASS_ERROR_DEVICE);
+        }
+    }
 }
 
 TEST_F(ConnectSequenceTest, FailedTriesReachNobodyAndGoodOnesLoseNothing) {

@@ -133,7 +133,9 @@ class FakeLibrary : public BASS::AudioLibrary {
     BASS::HSTREAM StreamCreateRecordingDevice(int device, DWORD) override {
         return create("recording device", QString::number(device).utf16(), nullptr, nullptr);
     }
-    bool RecordGetDeviceInfo(DWORD, BASS::BASS_DEVICEINFO*) override { return false; }
+    bool RecordGetDeviceInfo(DWORD device, BASS::BASS_DEVICEINFO* info) override {
+        return GetDeviceInfo(device, info);
+    }
     bool StreamFree(BASS::HSTREAM handle) override {
         freed.push_back(handle);
         return true;
@@ -171,6 +173,7 @@ class FakeLibrary : public BASS::AudioLibrary {
     double ChannelBytes2Seconds(DWORD, QWORD) override { return 0.0; }
     QWORD ChannelSeconds2Bytes(DWORD, double) override { return 0; }
     DWORD ChannelGetLevel(DWORD) override { return 0; }
+    double ChannelGetSpectrum(DWORD, float*) override { return 0.0; }
 
     struct Encode {
         std::string function;

@@ -15,8 +15,9 @@ class DemoPlayer final : public Player {
     bool isSlowToFinish = false;
     BASS::SoundOptions sound;
     quint32 currentLevel = 0;
+    QVector<float> currentSpectrum; ///< 20 Hz a step
     mutable int levelsAsked = 0;
-    QStringList devices;
+    AudioDevices devices;
     QString deviceFault;
     bool canKeepLast = true;
 
@@ -82,7 +83,12 @@ class DemoPlayer final : public Player {
         ++levelsAsked;
         return currentLevel;
     }
-    [[nodiscard]] QStringList outputDevices() const override { return devices; }
+    [[nodiscard]] AudioDevices audioDevices() const override { return devices; }
+    double spectrum(QVector<float>& amplitudes) const override {
+        ++levelsAsked;
+        amplitudes = currentSpectrum;
+        return currentSpectrum.isEmpty() ? 0.0 : 20.0;
+    }
     QString useOutputDevice(const QString& name) override {
         calls.append(QStringLiteral("device ") + name);
         return deviceFault;

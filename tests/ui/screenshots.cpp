@@ -4,6 +4,7 @@
 #include "ui/commands.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/wavelark_style.h"
+#include "ui/widgets/peak_meter.h"
 #include "ui/window_fixture.h"
 
 #include <QAbstractButton>
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QTabWidget>
 
+#include <cmath>
 #include <functional>
 
 using namespace std::chrono_literals;
@@ -85,6 +87,16 @@ struct Scene {
         player.sendTitle(QStringLiteral("The Lamplighters - Slow Boat to the Lighthouse"));
         clock.passed += 754s;
         emit player.sig_streamInfoChanged(player.streamInfo());
+    }
+
+    void playWithSpectrum() {
+        for (int n = 0; n < 1024; ++n) { // as music falls off
+            player.currentSpectrum.append(
+                static_cast<float>((0.4 + 0.3 * std::sin(n * 1.7)) / (1.0 + n / 6.0)));
+        }
+        settings.stored.meter = MeterKind::Spectrum;
+        window->findChild<PeakMeter*>()->setLook(settings.peakMeter());
+        play();
     }
 
     void record() {
@@ -179,7 +191,8 @@ int main(int argc, char** argv) {
         scene.window->findChild<QAbstractSlider*>(QStringLiteral("band6"))->setValue(-12);
     };
     const auto settings = [](Scene& scene) {
-        scene.player.devices = texts({"Built-in Audio Analog Stereo", "USB Headset"});
+        scene.player.devices = {texts({"Built-in Audio Analog Stereo", "USB Headset"}),
+                                texts({"USB Microphone"})};
         scene.window->commands().settings->trigger();
         scene.window->findChild<QTabWidget*>()->setCurrentIndex(2);
     };
@@ -218,6 +231,11 @@ int main(int argc, char** argv) {
         {"settings-encoding", ThemeChoice::Dark, {900, 560}, true, settingsPage(4)},
         {"pattern-light", ThemeChoice::Light, {900, 560}, true, pattern},
         {"pattern-dark", ThemeChoice::Dark, {900, 560}, true, pattern},
+        {"spectrum-dark",
+         ThemeChoice::Dark,
+         {900, 560},
+         true,
+         [](Scene& s) { s.playWithSpectrum(); }},
         {"wide-light", ThemeChoice::Light, {1500, 700}, true, record},
     };
     for (const Shot& shot : shots) {

@@ -22,12 +22,12 @@ class SettingsDialogTest : public WindowTest {
     SettingsDialogTest() {
         languages = {{QStringLiteral("English.lng"), QStringLiteral("English")},
                      {QStringLiteral("German.lng"), QStringLiteral("Deutsch")}};
-        devices = texts({"Speakers", "Headset"});
+        devices = {texts({"Speakers", "Headset"}), texts({"Microphone"})};
         settings.stored.recording.split.pattern = QStringLiteral("%track%");
         settings.stored.recording.noSplit.pattern = QStringLiteral("%title%");
     }
 
-    QStringList devices;
+    AudioDevices devices;
 
     SettingsDialog& openDialog() {
         open();
@@ -131,8 +131,10 @@ TEST_F(SettingsDialogTest, EveryFieldReachesTheFileAndComesBack) {
     EXPECT_EQ(now.fadeOutSeconds, wanted.fadeOutSeconds);
     EXPECT_EQ(now.bufferMs, wanted.bufferMs);
     EXPECT_EQ(now.attempts, wanted.attempts);
+    EXPECT_EQ(now.patienceMinutes, wanted.patienceMinutes);
     EXPECT_EQ(now.outputDevice, QStringLiteral("Speakers"));
-    EXPECT_EQ(now.isPeakMeterShown, wanted.isPeakMeterShown);
+    EXPECT_EQ(now.recordingDevice, QStringLiteral("Microphone"));
+    EXPECT_EQ(now.meter, wanted.meter);
     expectSame(now.recording, wanted.recording);
     EXPECT_EQ(now.proxy, wanted.proxy);
     EXPECT_TRUE(now.proxy.isInForce());
@@ -249,7 +251,7 @@ TEST_F(SettingsDialogTest, EveryFieldHasANameAndIsReachedByKeys) {
 }
 
 TEST_F(SettingsDialogTest, TheOutputDeviceMovesAtOnceAndAMissingOneStaysChosen) {
-    player.devices = texts({"Speakers"});
+    player.devices.outputs = texts({"Speakers"});
     settings.stored.outputDevice = QStringLiteral("Headset");
     SettingsDialog& dialog = openDialog();
     auto* box = part<QComboBox>(dialog, "outputDevice");

@@ -3,6 +3,7 @@
 #include "ui/commands.h"
 #include "ui/dialogs/sound_dialog.h"
 #include "ui/widgets/peak_meter.h"
+#include "ui/widgets/spectrum_bands.h"
 #include "ui/window_fixture.h"
 
 #include <QAbstractSlider>
@@ -10,6 +11,9 @@
 #include <QComboBox>
 #include <QPushButton>
 #include <QSpinBox>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -209,7 +213,7 @@ TEST_F(SoundTest, ThePeakMeterWorksOnlyWhileItIsSeenAndSomethingPlays) {
     window->show();
     EXPECT_TRUE(meter->isAsking());
     Preferences after;
-    after.isPeakMeterShown = false;
+    after.meter = MeterKind::None;
     settings.stored = after;
     meter->setLook(settings.peakMeter());
     EXPECT_FALSE(meter->isAsking());
@@ -217,4 +221,31 @@ TEST_F(SoundTest, ThePeakMeterWorksOnlyWhileItIsSeenAndSomethingPlays) {
     EXPECT_TRUE(meter->isAsking());
     player.stop();
     EXPECT_FALSE(meter->isAsking());
+}
+
+TEST_F(SoundTest, TheMeterShowsTheSpectrumInstead) {
+    EXPECT_EQ(spectrumBands({1.0F, 1.0F}, 0.0), QVector<double>(kSpectrumBands, 0.0));
+    for (const double hz : {60.0, 250.0, 1000.0, 15000.0}) { // one frequency, one bar
+        QVector<float> sine(1024, 0.0F);
+        sine[qRound(hz / 20.0)] = 0.5F;
+        const QVector<double> bands = spectrumBands(sine, 20.0);
+        EXPECT_EQ(std::count(bands.begin(), bands.end(), 0.0), kSpectrumBands - 1) << hz;
+        const auto bar = std::max_element(bands.begin(), bands.end()) - bands.begin();
+        EXPECT_NEAR(static_cast<double>(bar),
+                    kSpectrumBands * std::log(hz / 50.0) / std::log(320.0) - 0.5,
+                    0.6)
+            << hz;
+    }
+    settings.stored.meter = MeterKind::Spectrum;
+    open();
+    auto* meter = part<PeakMeter>("peakMeter");
+    EXPECT_EQ(meter->accessibleName(), QStringLiteral("Spectrum"));
+    player.currentSpectrum.fill(0.5F, 100); // up to 2 kHz: about two thirds of the bars
+    playAddress(QStringLiteral("http://one.example/"));
+    player.becomePlaying();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return player.levelsAsked >= 2; }));
+    const QImage picture = meter->grab().toImage();
+    const QColor empty(85, 170, 127);
+    EXPECT_NE(picture.pixelColor(1, picture.height() - 2), empty);
+    EXPECT_EQ(picture.pixelColor(picture.width() - 2, picture.height() - 2), empty);
 }

@@ -90,7 +90,7 @@ class MemorySettings final : public UiSettings {
         stationSounds.remove(station.playUrl());
     }
     [[nodiscard]] PeakMeterLook peakMeter() const override {
-        return {stored.isPeakMeterShown, {85, 170, 127}, {255, 170, 0}, {255, 255, 127}};
+        return {stored.meter, {85, 170, 127}, {255, 170, 0}, {255, 255, 127}};
     }
     [[nodiscard]] bool askOnExitIfRecording() const override { return isAsking; }
     [[nodiscard]] bool autoPlayOnStart() const override { return isAutoPlaying; }

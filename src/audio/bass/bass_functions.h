@@ -129,6 +129,8 @@ struct BassFunctions {
     F<int(DWORD, int isLocked)> ChannelLock{table, BassFile::Core, "BASS_ChannelLock", kNeeded};
     F<DWORD(DWORD)> ChannelGetLevel{
         table, BassFile::Core, "BASS_ChannelGetLevel", kNeeded, ~DWORD{0}};
+    F<DWORD(DWORD, void* buffer, DWORD lengthOrForm)> ChannelGetData{
+        table, BassFile::Core, "BASS_ChannelGetData", BassNeed::Optional, ~DWORD{0}};
 
     F<DWORD(DWORD, BassDspProc, void* user, int priority)> ChannelSetDsp{
         table, BassFile::Core, "BASS_ChannelSetDSP"};

@@ -142,4 +142,13 @@ DWORD BassLibrary::ChannelGetLevel(DWORD handle) {
     return m_bass.ChannelGetLevel(handle);
 }
 
+double BassLibrary::ChannelGetSpectrum(DWORD handle, float* bins) {
+    constexpr DWORD kFailed = ~DWORD{0};
+    BASS_CHANNELINFO info{};
+    if (!ChannelGetInfo(handle, &info) ||
+        m_bass.ChannelGetData(handle, bins, BASS_DATA_FFT2048) == kFailed)
+        return 0.0;
+    return static_cast<double>(info.freq) / (2.0 * kSpectrumBins);
+}
+
 } // namespace BASS

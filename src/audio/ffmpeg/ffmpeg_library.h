@@ -91,6 +91,7 @@ class FfmpegLibrary final : public AudioLibrary {
     double ChannelBytes2Seconds(DWORD handle, QWORD bytes) override;
     QWORD ChannelSeconds2Bytes(DWORD handle, double seconds) override;
     DWORD ChannelGetLevel(DWORD handle) override;
+    double ChannelGetSpectrum(DWORD handle, float* bins) override;
 
     HENCODE Encode_MP3_Start(
         DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;

@@ -209,4 +209,12 @@ DWORD FfmpegLibrary::ChannelGetLevel(DWORD handle) {
     return channel ? channel->voice().level() : ~DWORD{0};
 }
 
+double FfmpegLibrary::ChannelGetSpectrum(DWORD handle, float* bins) {
+    static_assert(kSpectrumBins == HeardSpectrum::kBins);
+    const Channel channel = find(handle);
+    if (!channel || !channel->voice().spectrum(bins))
+        return 0.0;
+    return static_cast<double>(channel->voice().rate()) / HeardSpectrum::kFrames;
+}
+
 } // namespace BASS

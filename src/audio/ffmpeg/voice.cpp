@@ -147,7 +147,10 @@ void Voice::askForMore() {
 
 std::size_t Voice::mix(float* out, std::size_t frames) {
     std::array<float, kChannels> peak{};
-    const auto add = [this, &out, &peak](const float* samples, std::size_t count) {
+    const bool isSpectrumWanted = m_spectrum.isWanted();
+    const auto add = [&](const float* samples, std::size_t count) {
+        if (isSpectrumWanted)
+            m_spectrum.take(samples, count);
         const bool isSteady = m_gain.isSteady();
         float gain = m_gain.gain();
         for (std::size_t n = 0; n + 1 < count; n += kChannels) {

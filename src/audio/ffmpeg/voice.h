@@ -2,6 +2,7 @@
 
 #include "audio/bass_defs.h"
 #include "audio/ffmpeg/gain_ramp.h"
+#include "audio/ffmpeg/heard_spectrum.h"
 #include "audio/ffmpeg/semaphore.h"
 #include "audio/ffmpeg/spsc_ring.h"
 
@@ -64,6 +65,9 @@ class Voice {
     [[nodiscard]] std::uint64_t heardFrame() const;
     /// 0 to 32768 in the low (left) and high (right) half.
     [[nodiscard]] std::uint32_t level() const;
+    /// See HeardSpectrum; any thread.
+    bool spectrum(float* bins) { return m_spectrum.magnitudes(bins); }
+    [[nodiscard]] std::uint32_t rate() const { return m_rate; }
     /// Per cent still missing before a stalled voice goes on; 0 while it plays.
     [[nodiscard]] std::uint32_t missingPercent() const;
 
@@ -89,6 +93,7 @@ class Voice {
     Semaphore m_space;
     SpscRing<float> m_ring{kCapacityFrames * kChannels};
     GainRamp m_gain;
+    HeardSpectrum m_spectrum;
 
     std::atomic<Mode> m_mode{Mode::Stopped};
     std::atomic<bool> m_decoderWaits{false};

@@ -97,8 +97,7 @@ bool CommandLineController::findStation(const CommandRecord& command,
         return false;
     }
     if (*command.url == QLatin1String("RecordingDevice")) {
-        station =
-            BASS::stationFromAddress(*command.url, command.name.value_or(tr("Recording device")));
+        station = PlayController::recordingDevice(command.name.value_or(QString()));
         return true;
     }
     station =

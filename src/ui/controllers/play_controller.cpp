@@ -94,6 +94,15 @@ bool PlayController::playLast() {
     return true;
 }
 
+BASS::StationRecord PlayController::recordingDevice(const QString& name) {
+    return BASS::stationFromAddress(QStringLiteral("RecordingDevice"),
+                                    name.isEmpty() ? tr("Recording device") : name);
+}
+
+void PlayController::playRecordingDevice() {
+    requestPlay(recordingDevice());
+}
+
 std::chrono::milliseconds PlayController::elapsed() const {
     return m_playingSince.count() < 0 ? std::chrono::milliseconds(0)
                                       : m_clock.steady() - m_playingSince;

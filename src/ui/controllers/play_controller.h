@@ -41,6 +41,9 @@ class PlayController final : public QObject {
     void stop();
     /// Stops what plays or connects, else plays the last station.
     void toggle();
+    /// Plays what the recording device hears.
+    void playRecordingDevice();
+    [[nodiscard]] static BASS::StationRecord recordingDevice(const QString& name = {});
     /// False, and sig_message says so: nothing has been played yet.
     bool playLast();
     /// The station played last, without address where there is none.

@@ -3,6 +3,7 @@
 #include "ui/announcer.h"
 #include "ui/dialogs/encoding_settings_page.h"
 #include "ui/dialogs/form_fields.h"
+#include "ui/dialogs/playing_settings_page.h"
 #include "ui/dialogs/recording_settings_page.h"
 
 #include <QCheckBox>
@@ -28,17 +29,17 @@ constexpr int kTabsWidth = 600; ///< a path or a pattern is read without scrolli
 
 SettingsDialog::SettingsDialog(const Preferences& preferences,
                                const QVector<Language>& languages,
-                               const QStringList& devices,
+                               const AudioDevices& devices,
                                QWidget* parent)
     : QDialog(parent), m_applied(preferences), m_tabs(new QTabWidget(this)),
-      m_recording(new RecordingSettingsPage), m_encoding(new EncodingSettingsPage),
-      m_note(new QLabel(this)) {
+      m_playing(new PlayingSettingsPage(devices)), m_recording(new RecordingSettingsPage),
+      m_encoding(new EncodingSettingsPage), m_note(new QLabel(this)) {
     setWindowTitle(tr("Settings"));
     setObjectName(QStringLiteral("settingsDialog"));
     m_tabs->setAccessibleName(tr("Groups of settings"));
     m_tabs->addTab(makeGeneral(languages), tr("&General"));
     m_tabs->addTab(makeTray(), tr("&Tray"));
-    m_tabs->addTab(makePlaying(devices), tr("&Playing"));
+    m_tabs->addTab(m_playing, tr("&Playing"));
     m_tabs->addTab(m_recording, tr("&Recording"));
     m_tabs->addTab(m_encoding, tr("Encoding"));
     m_tabs->addTab(makeNetwork(), tr("&Network"));
@@ -103,41 +104,6 @@ QWidget* SettingsDialog::makeTray() {
     return page;
 }
 
-QWidget* SettingsDialog::makePlaying(const QStringList& devices) {
-    auto* page = new QWidget;
-    auto* form = new QFormLayout(page);
-    m_device = addField<QComboBox>(form, "outputDevice", tr("O&utput device:"));
-    fillDevices(devices);
-    m_fadeIn = addNumber(form, "fadeIn", tr("Fade &in:"), 0, 30);
-    m_fadeOut = addNumber(form, "fadeOut", tr("Fade &out:"), 0, 30);
-    m_buffer = addNumber(form, "buffer", tr("&Buffer:"), 500, 60000);
-    m_buffer->setSingleStep(500);
-    m_attempts = addNumber(form, "attempts", tr("&Attempts to connect:"), 1, 20);
-    for (QSpinBox* box : {m_fadeIn, m_fadeOut}) {
-        box->setSuffix(tr(" s", "seconds"));
-    }
-    m_buffer->setSuffix(tr(" ms", "milliseconds"));
-    form->addRow(quietText(tr("A larger buffer bridges longer gaps of the network. Changes are in "
-                              "force from the next station on.")));
-    m_peakMeter = new QCheckBox(tr("Show the peak &meter"));
-    m_peakMeter->setObjectName(QStringLiteral("peakMeterShown"));
-    form->addRow(m_peakMeter);
-    return page;
-}
-
-/// A chosen device that is not there now stays the choice.
-void SettingsDialog::fillDevices(const QStringList& devices) {
-    const QString& chosen = m_applied.outputDevice;
-    m_device->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // names may be long
-    m_device->addItem(tr("As the system"), QString());
-    for (const QString& device : devices) {
-        m_device->addItem(device, device);
-    }
-    if (!chosen.isEmpty() && !devices.contains(chosen)) {
-        m_device->addItem(tr("%1 (not there now)").arg(chosen), chosen);
-    }
-}
-
 QWidget* SettingsDialog::makeNetwork() {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -172,12 +138,7 @@ void SettingsDialog::fill(const Preferences& preferences) {
     m_clickMutes->setChecked(tray.isMutedByClick);
     m_toolTip->setChecked(tray.isToolTipUpdated);
     m_popups->setChecked(tray.hasPopups);
-    m_fadeIn->setValue(preferences.fadeInSeconds);
-    m_fadeOut->setValue(preferences.fadeOutSeconds);
-    m_buffer->setValue(preferences.bufferMs);
-    m_attempts->setValue(preferences.attempts);
-    m_device->setCurrentIndex(m_device->findData(preferences.outputDevice));
-    m_peakMeter->setChecked(preferences.isPeakMeterShown);
+    m_playing->fill(preferences);
     m_recording->fill(preferences.recording);
     m_encoding->fill(preferences.recording);
     fillProxy(preferences.proxy);
@@ -210,12 +171,7 @@ Preferences SettingsDialog::preferences() const {
     now.tray.isMutedByClick = m_clickMutes->isChecked();
     now.tray.isToolTipUpdated = m_toolTip->isChecked();
     now.tray.hasPopups = m_popups->isChecked();
-    now.fadeInSeconds = m_fadeIn->value();
-    now.fadeOutSeconds = m_fadeOut->value();
-    now.bufferMs = m_buffer->value();
-    now.attempts = m_attempts->value();
-    now.outputDevice = m_device->currentData().toString();
-    now.isPeakMeterShown = m_peakMeter->isChecked();
+    m_playing->read(now);
     now.recording = m_applied.recording;
     m_recording->read(now.recording);
     m_encoding->read(now.recording);

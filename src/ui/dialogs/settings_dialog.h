@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/language_manager.h"
+#include "ui/audio_devices.h"
 #include "ui/preferences.h"
 
 #include <QDialog>
@@ -14,6 +15,7 @@ class QPushButton;
 class QSpinBox;
 class QTabWidget;
 class EncodingSettingsPage;
+class PlayingSettingsPage;
 class RecordingSettingsPage;
 
 /// Shows the preferences and gives back what was changed. It stores nothing itself.
@@ -26,7 +28,7 @@ class SettingsDialog final : public QDialog {
   public:
     SettingsDialog(const Preferences& preferences,
                    const QVector<Language>& languages,
-                   const QStringList& devices,
+                   const AudioDevices& devices,
                    QWidget* parent = nullptr);
 
     /// As the dialog shows them now.
@@ -41,8 +43,6 @@ class SettingsDialog final : public QDialog {
   private:
     QWidget* makeGeneral(const QVector<Language>& languages);
     QWidget* makeTray();
-    QWidget* makePlaying(const QStringList& devices);
-    void fillDevices(const QStringList& devices);
     QWidget* makeNetwork();
     void fill(const Preferences& preferences);
     void fillProxy(const ProxySettings& proxy);
@@ -52,6 +52,7 @@ class SettingsDialog final : public QDialog {
 
     Preferences m_applied; ///< as the fields show it
     QTabWidget* m_tabs;
+    PlayingSettingsPage* m_playing;
     RecordingSettingsPage* m_recording;
     EncodingSettingsPage* m_encoding;
     QComboBox* m_language = nullptr;
@@ -68,12 +69,6 @@ class SettingsDialog final : public QDialog {
     QCheckBox* m_clickMutes = nullptr;
     QCheckBox* m_toolTip = nullptr;
     QCheckBox* m_popups = nullptr;
-    QSpinBox* m_fadeIn = nullptr;
-    QSpinBox* m_fadeOut = nullptr;
-    QSpinBox* m_buffer = nullptr;
-    QSpinBox* m_attempts = nullptr;
-    QComboBox* m_device = nullptr;
-    QCheckBox* m_peakMeter = nullptr;
     QCheckBox* m_useProxy = nullptr;
     QLineEdit* m_proxyHost = nullptr;
     QSpinBox* m_proxyPort = nullptr;

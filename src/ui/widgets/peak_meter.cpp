@@ -1,5 +1,7 @@
 #include "ui/widgets/peak_meter.h"
 
+#include "ui/widgets/spectrum_bands.h"
+
 #include <QLinearGradient>
 #include <QPainter>
 
@@ -12,22 +14,37 @@ constexpr int kIntervalMs = 50;
 constexpr double kRangeDb = 48.0;
 /// What a bar falls between two looks: 24 decibels a second.
 constexpr double kFall = 24.0 / kRangeDb * kIntervalMs / 1000.0;
-constexpr int kGap = 2;
+constexpr int kSides = 2;
+constexpr int kSideWidth = 8;
+constexpr int kSideGap = 2;
+constexpr int kBandWidth = 4;
+constexpr int kBandGap = 1;
+constexpr int kHeight = 44;
 
 } // namespace
 
 PeakMeter::PeakMeter(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("peakMeter"));
-    setAccessibleName(tr("Level"));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_timer.setInterval(kIntervalMs);
     connect(&m_timer, &QTimer::timeout, this, &PeakMeter::tick);
+    setLook({});
 }
 
 void PeakMeter::setLook(const PeakMeterLook& look) {
+    const bool isSpectrum = look.kind == MeterKind::Spectrum;
     m_look = look;
-    setVisible(look.isShown);
+    m_bars.fill(0.0, isSpectrum ? kSpectrumBands : kSides);
+    setAccessibleName(isSpectrum ? tr("Spectrum") : tr("Level"));
+    setVisible(look.kind != MeterKind::None);
+    updateGeometry();
     update();
+}
+
+void PeakMeter::setSources(Level level, Spectrum spectrum) {
+    m_level = std::move(level);
+    m_spectrum = std::move(spectrum);
+    startOrStop();
 }
 
 void PeakMeter::setRunning(bool isRunning) {
@@ -36,7 +53,7 @@ void PeakMeter::setRunning(bool isRunning) {
 }
 
 void PeakMeter::startOrStop() {
-    const bool isNeeded = m_isRunning && m_isSeen && m_level != nullptr;
+    const bool isNeeded = m_isRunning && m_isSeen && m_level != nullptr && m_spectrum != nullptr;
     if (isNeeded == m_timer.isActive()) {
         return;
     }
@@ -45,7 +62,7 @@ void PeakMeter::startOrStop() {
         return;
     }
     m_timer.stop();
-    m_bars = {};
+    m_bars.fill(0.0);
     update();
 }
 
@@ -58,18 +75,33 @@ double PeakMeter::fullness(quint32 peak) {
     return std::clamp(1.0 + decibel / kRangeDb, 0.0, 1.0);
 }
 
-int PeakMeter::barHeight(std::size_t side) const {
-    return static_cast<int>(std::lround(m_bars[side] * height()));
+int PeakMeter::barHeight(double bar) const {
+    return static_cast<int>(std::lround(bar * height()));
+}
+
+QSize PeakMeter::sizeHint() const {
+    const int bars = m_bars.size();
+    return m_look.kind == MeterKind::Spectrum
+               ? QSize(bars * kBandWidth + (bars - 1) * kBandGap, kHeight)
+               : QSize(kSides * kSideWidth + kSideGap, kHeight);
+}
+
+QVector<double> PeakMeter::ask() {
+    if (m_look.kind == MeterKind::Spectrum) {
+        const double stepHz = m_spectrum(m_amplitudes);
+        return spectrumBands(m_amplitudes, stepHz);
+    }
+    const quint32 level = m_level();
+    return {fullness(level & 0xFFFFU), fullness(level >> 16)};
 }
 
 void PeakMeter::tick() {
-    const quint32 level = m_level();
-    const std::array<quint32, 2> peaks{level & 0xFFFFU, level >> 16};
+    const QVector<double> now = ask();
     bool isMoved = false;
-    for (std::size_t side = 0; side < m_bars.size(); ++side) {
-        const int before = barHeight(side);
-        m_bars[side] = std::max(fullness(peaks[side]), m_bars[side] - kFall);
-        isMoved = isMoved || barHeight(side) != before;
+    for (int n = 0; n < m_bars.size(); ++n) {
+        const double before = m_bars[n];
+        m_bars[n] = std::max(now[n], before - kFall);
+        isMoved = isMoved || barHeight(m_bars[n]) != barHeight(before);
     }
     if (isMoved) {
         update();
@@ -94,11 +126,14 @@ void PeakMeter::paintEvent(QPaintEvent* /*event*/) {
     QLinearGradient gradient(0, 0, 0, height());
     gradient.setColorAt(0, m_look.top);
     gradient.setColorAt(1, m_look.bottom);
-    const int barWidth = (width() - kGap) / 2;
-    for (std::size_t side = 0; side < m_bars.size(); ++side) {
-        const int left = side == 0 ? 0 : barWidth + kGap;
-        painter.fillRect(left, 0, barWidth, height(), m_look.back);
-        const int full = barHeight(side);
+    const bool isSpectrum = m_look.kind == MeterKind::Spectrum;
+    const int barWidth = isSpectrum ? kBandWidth : kSideWidth;
+    const int gap = isSpectrum ? kBandGap : kSideGap;
+    int left = 0;
+    for (const double bar : qAsConst(m_bars)) {
+        const int full = barHeight(bar);
+        painter.fillRect(left, 0, barWidth, height() - full, m_look.back);
         painter.fillRect(left, height() - full, barWidth, full, gradient);
+        left += barWidth + gap;
     }
 }

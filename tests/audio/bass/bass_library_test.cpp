@@ -1,5 +1,6 @@
 #include "audio/bass/stub_session.h"
 
+#include <array>
 #include <functional>
 
 namespace BASS {
@@ -54,6 +55,11 @@ const Call kCalls[] = {
     {[](BassLibrary& b) { return b.ChannelSeconds2Bytes(8, 2.5) == 2500; },
      "BASS_ChannelSeconds2Bytes 8 2.500000"},
     {[](BassLibrary& b) { return b.ChannelGetLevel(8) == 0x40002000; }, "BASS_ChannelGetLevel 8"},
+    {[](BassLibrary& b) {
+         std::array<float, AudioLibrary::kSpectrumBins> bins{};
+         return b.ChannelGetSpectrum(8, bins.data()) > 0.0 && bins.back() == 0.25F;
+     },
+     "BASS_ChannelGetData 8 " + number(BASS_DATA_FFT2048)},
     {[](BassLibrary& b) { return b.Encode_SetPaused(8, true); }, "BASS_Encode_SetPaused 8 1"},
     {[](BassLibrary& b) { return b.WMA_EncodeGetRates(44100, 2, 8192)[1] == 128000; },
      "BASS_WMA_EncodeGetRates 44100 2 8192"},

@@ -221,3 +221,8 @@ BASS_STUB_FUNCTION(int) BASS_ChannelLock(Dword handle, int isLocked) {
 BASS_STUB_FUNCTION(Dword) BASS_ChannelGetLevel(Dword handle) {
     return number("BASS_ChannelGetLevel", list(handle), 0x40002000);
 }
+
+BASS_STUB_FUNCTION(Dword) BASS_ChannelGetData(Dword handle, float* bins, Dword form) {
+    bins[1023] = 0.25F;
+    return number("BASS_ChannelGetData", list(handle, form), 4096);
+}
