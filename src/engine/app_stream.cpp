@@ -16,6 +16,8 @@ using BASS::QWORD;
 
 namespace {
 constexpr auto kInfoInterval = 1s;
+constexpr auto kProgressInterval = 250ms;
+constexpr auto kUnwatchedInterval = 10s;
 /// A connection that lasted so long was a good one; its loss starts a new count of attempts.
 constexpr auto kStableConnection = 10s;
 constexpr int kReconnectFadeMs = 50;
@@ -222,6 +224,13 @@ StreamInfo AppStream::streamInfo() {
     if (info.bitrate > 0)
         info.bufferedMs = static_cast<int>(position(BASS::BASS_FILEPOS_BUFFER) * 8 / info.bitrate);
     return info;
+}
+
+void AppStream::setWatched(bool isWatched) {
+    m_infoTimer.setInterval(isWatched ? kInfoInterval : kUnwatchedInterval);
+    const std::chrono::milliseconds every = isWatched ? kProgressInterval : kUnwatchedInterval;
+    m_recorder.setProgressInterval(every);
+    m_originals.setProgressInterval(every);
 }
 
 void AppStream::setState(PlayState state) {

@@ -45,6 +45,10 @@ class AppStream : public BASS::Stream {
     /// Goes on with what the station sends now; also out of a pause.
     void jumpToLive();
 
+    /// False: nobody looks. sig_streamInfoChanged and the progress of recordings then come every
+    /// ten seconds only, which spares a computer that records for days.
+    void setWatched(bool isWatched);
+
     [[nodiscard]] PlayState playState() const { return m_state; }
     [[nodiscard]] const BASS::StationRecord& station() const { return m_station; }
     /// The song that is heard now.

@@ -13,6 +13,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -32,8 +33,13 @@ constexpr qint64 kFirstMark = 1024 * 1024;
 constexpr qint64 kMegabyte = 1024 * 1024;
 constexpr int kMaxBufferMegabytes = 1024;
 constexpr int kBlockBytes = 65536; ///< small appends are gathered into blocks of this size
-constexpr milliseconds kSyncInterval{1000};
-constexpr milliseconds kProgressInterval{250};
+/// With the rest of the network thread and the time of gathering a byte is on the disk within a
+/// second.
+constexpr milliseconds kSyncInterval{500};
+/// Where bytes come more often than twice in this time they gather for so long: a station sends up
+/// to some hundred times a second.
+constexpr milliseconds kGather{400};
+constexpr int kProgressMs = 250;
 
 struct StopItem {};
 struct OverflowItem {};
@@ -121,6 +127,8 @@ struct StreamRecorder::Private {
     bool isFed = false; ///< a session wants the bytes
     bool isPaused = false;
     bool isThreadEnding = false;
+    bool isGathering = false; ///< the writer sleeps on while only bytes and titles come
+    milliseconds lastTaken{0};
     bool isConnected = false;
     qint64 fedBytes = 0;        ///< in all connections
     qint64 connectionStart = 0; ///< of fedBytes
@@ -128,6 +136,7 @@ struct StreamRecorder::Private {
     int queuedSessions = 0;
     qint64 bufferBytes = 0; ///< 0: no buffer
     std::unique_ptr<RecordingBuffer> buffer;
+    std::atomic<int> progressMs{kProgressMs};
 
     std::thread thread;
 
@@ -158,7 +167,13 @@ void StreamRecorder::Private::endThread() {
 }
 
 void StreamRecorder::Private::put(Item item) {
+    const bool canGather = std::holds_alternative<QByteArray>(item) ||
+                           std::holds_alternative<EncodedItem>(item) ||
+                           std::holds_alternative<TrackItem>(item);
     queue.push_back(std::move(item));
+    if (isGathering && canGather && queuedBytes < kFirstMark)
+        return;
+    isGathering = false;
     wake.notify_one();
 }
 
@@ -220,11 +235,18 @@ void StreamRecorder::Private::run() {
 /// Waits for work, or until a running session is due for the disk. False: the thread ends.
 bool StreamRecorder::Private::waitForItems(std::deque<Item>& items) {
     std::unique_lock<std::mutex> lock(mutex);
-    const auto hasWork = [this] { return !queue.empty() || isThreadEnding; };
+    const auto hasWork = [this] { return (!queue.empty() && !isGathering) || isThreadEnding; };
+    if (isGathering) {
+        wake.wait_for(lock, lastTaken + kGather - clock.steady(), hasWork);
+        isGathering = false;
+    }
     if (session)
         wake.wait_for(lock, kSyncInterval, hasWork);
     else
         wake.wait(lock, hasWork);
+    const milliseconds now = clock.steady();
+    isGathering = session && now - lastTaken < kGather / 2;
+    lastTaken = now;
     items.swap(queue);
     return !items.empty() || !isThreadEnding;
 }
@@ -380,7 +402,7 @@ void StreamRecorder::Private::afterBatch() {
         endSession();
         return;
     }
-    if (now - lastProgress < kProgressInterval)
+    if (now - lastProgress < milliseconds(progressMs.load()))
         return;
     lastProgress = now;
     const RecordingProgress progress = session->progress();
@@ -419,6 +441,10 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     // a buffer ends within the connection that stands
     if (m_private->isConnected && !hasBuffer)
         m_private->put(m_private->joinItem());
+}
+
+void StreamRecorder::setProgressInterval(milliseconds interval) {
+    m_private->progressMs.store(static_cast<int>(interval.count()));
 }
 
 void StreamRecorder::startEncoded(const RecordingOptions& options) {

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -35,6 +36,8 @@ class StreamRecorder final : public QObject {
     /// What the buffer holds comes first: without splitting all of it, else from the beginning of
     /// the song on, or all of it where its beginning is gone.
     void start(const RecordingOptions& options, const Song& song);
+    /// The shortest time from one sig_progress to the next; at first 250 ms.
+    void setProgressInterval(std::chrono::milliseconds interval);
     /// A recording whose bytes come from encoders by feedEncoded(). stop() ends it when their files
     /// have ended.
     void startEncoded(const RecordingOptions& options);

@@ -40,6 +40,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr int kCompactWidth = 640;
@@ -156,6 +158,17 @@ void AllSkylarkRadio::wirePlayer() {
 
     m_second.setInterval(1000);
     connect(&m_second, &QTimer::timeout, this, [this] { m_bar->showElapsed(m_play->elapsed()); });
+    connect(m_presenter, &WindowPresenter::sig_watchedChanged, this, &AllSkylarkRadio::setWatched);
+    player.setWatched(false); // until it is shown
+}
+
+void AllSkylarkRadio::setWatched(bool isWatched) {
+    m_isWatched = isWatched;
+    m_services.player.setWatched(isWatched);
+    showHeard();
+    if (isWatched) {
+        showRecording();
+    }
 }
 
 void AllSkylarkRadio::wireCommands() {
@@ -340,12 +353,13 @@ void AllSkylarkRadio::showHeard() {
     const QString song = isActive(state) ? player.song().track : QString();
     m_bar->showHeard({station.displayName(), song, state, info});
     m_presenter->tray().showHeard(isActive(state) ? station.displayName() : QString(), song);
-    const bool wasRunning = m_second.isActive();
-    if (isActive(state) && !wasRunning) {
-        m_second.start();
+    if (std::exchange(m_wasActive, isActive(state)) != isActive(state) && isActive(state)) {
         m_address->setAddress(station.playUrl());
-    } else if (!isActive(state)) {
+    }
+    if (!isActive(state) || !m_isWatched) {
         m_second.stop();
+    } else if (!m_second.isActive()) {
+        m_second.start();
     }
     m_bar->showElapsed(m_play->elapsed());
     setWindowTitle(!isActive(state) ? QStringLiteral("Wavelark")

@@ -114,6 +114,7 @@ class AllSkylarkRadio : public QMainWindow {
     void wireBoost();
     void restore();
     void showPage(int index);
+    void setWatched(bool isWatched);
     void showHeard();
     void showRecording();
     void askAboutBoost(const QString& question, const std::function<void(bool)>& answered);
@@ -146,6 +147,8 @@ class AllSkylarkRadio : public QMainWindow {
     MessageBar* m_messages = nullptr;
     PlayerBar* m_bar = nullptr;
     QTimer m_second;
+    bool m_isWatched = false;
+    bool m_wasActive = false;
     bool m_wasRecording = false;
     bool m_wasPaused = false;
 };

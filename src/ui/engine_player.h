@@ -21,6 +21,7 @@ class EnginePlayer final : public Player {
     void stop() override { m_engine.stop(); }
     void setPaused(bool isPaused) override { m_engine.setPaused(isPaused); }
     void jumpToLive() override { m_engine.jumpToLive(); }
+    void setWatched(bool isWatched) override { m_engine.setWatched(isWatched); }
     [[nodiscard]] PlayState playState() const override { return m_engine.playState(); }
     [[nodiscard]] const BASS::StationRecord& station() const override { return m_engine.station(); }
     [[nodiscard]] BASS::Song song() const override { return m_engine.song(); }

@@ -30,6 +30,9 @@ class Player : public QObject {
     /// Goes on with what the station sends now.
     virtual void jumpToLive() = 0;
 
+    /// False: nobody sees the window, and what changes all the time is told every ten seconds only.
+    virtual void setWatched(bool /*isWatched*/) {}
+
     [[nodiscard]] virtual PlayState playState() const = 0;
     [[nodiscard]] virtual const BASS::StationRecord& station() const = 0;
     [[nodiscard]] virtual BASS::Song song() const = 0;

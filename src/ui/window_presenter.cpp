@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <utility>
+
 WindowPresenter::WindowPresenter(const Parts& parts, QObject* parent)
     : QObject(parent), m_parts(parts), m_tray(new TrayIcon(parts.commands, parts.hasTray, this)) {
     m_parts.window.installEventFilter(this);
@@ -117,6 +119,11 @@ bool WindowPresenter::eventFilter(QObject* watched, QEvent* event) {
     } else if (type == QEvent::WindowStateChange && window.isMinimized() &&
                m_tray->options().isHiddenOnMinimize && m_tray->canHide()) {
         QTimer::singleShot(0, &m_parts.window, &QWidget::hide); // not within the change itself
+    }
+    if (type == QEvent::Show || type == QEvent::Hide || type == QEvent::WindowStateChange) {
+        const bool isWatched = !window.isHidden() && !window.isMinimized();
+        if (std::exchange(m_isWatched, isWatched) != isWatched)
+            emit sig_watchedChanged(isWatched);
     }
     return QObject::eventFilter(watched, event);
 }

@@ -41,6 +41,10 @@ class WindowPresenter final : public QObject {
     /// True where closing the window only hides it.
     [[nodiscard]] bool isHiddenOnClose() const;
 
+  signals:
+    /// The window can be seen from now on, or cannot: it is hidden or minimised.
+    void sig_watchedChanged(bool isWatched);
+
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -50,4 +54,5 @@ class WindowPresenter final : public QObject {
 
     Parts m_parts;
     TrayIcon* m_tray;
+    bool m_isWatched = false;
 };

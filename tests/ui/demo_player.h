@@ -20,6 +20,9 @@ class DemoPlayer final : public Player {
     AudioDevices devices;
     QString deviceFault;
     bool canKeepLast = true;
+    bool isWatched = true;
+
+    void setWatched(bool isSeen) override { isWatched = isSeen; }
 
     void play(const BASS::StationRecord& station) override {
         calls.append(QStringLiteral("play ") + station.playUrl());

@@ -45,6 +45,18 @@ TEST_F(TrayTest, ItsMenuReachesEveryCommandOfTheMenuBar) {
     }
 }
 
+TEST_F(TrayTest, NothingIsToldEachSecondToAWindowThatNobodySees) {
+    open();
+    EXPECT_TRUE(player.isWatched);
+    window->commands().toggleWindow->trigger();
+    EXPECT_TRUE(window->isHidden());
+    EXPECT_FALSE(player.isWatched);
+    window->commands().toggleWindow->trigger();
+    EXPECT_TRUE(player.isWatched);
+    window->showMinimized();
+    EXPECT_FALSE(player.isWatched);
+}
+
 TEST_F(TrayTest, ClicksOfTheMouse) {
     TrayOptions silent;
     silent.isMutedByClick = false;

@@ -2,6 +2,7 @@
 
 #include "audio/ffmpeg/decoder_input.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -36,10 +37,13 @@ class ByteFifo final : public DecoderInput {
     Read read(std::uint8_t* out, std::size_t max) override;
     std::vector<std::uint8_t> peek(std::size_t max, std::size_t known, bool& isEnd) override;
     bool takeTitle(std::uint64_t position, StreamMark& title) override;
+    void setPace(std::size_t bytesPerSecond) override { m_pace.store(bytesPerSecond); }
 
     // --- any thread -----------------------------------------------------------------------------
     void abort() override;
     [[nodiscard]] std::size_t size() const;
+    /// Bytes that the reader takes a second; 0: not known.
+    [[nodiscard]] std::size_t pace() const { return m_pace.load(); }
     [[nodiscard]] std::size_t waitAt() const { return m_waitAt; }
     /// Drops all but the newest bytes, as when there was no room for more.
     void skipToNewest(std::size_t kept);
@@ -57,6 +61,7 @@ class ByteFifo final : public DecoderInput {
     const std::size_t m_bound;
     const std::size_t m_waitAt;
     std::function<void()> m_onDrained;
+    std::atomic<std::size_t> m_pace{0};
 
     mutable std::mutex m_mutex; ///< guards all below
     std::condition_variable m_arrived;

@@ -12,6 +12,9 @@ namespace {
 
 /// Decoded before playing may begin.
 constexpr int kPrebufferMs = 100;
+/// Kept decoded while somebody moves the sliders of the sound, and while nobody hears anything.
+constexpr std::uint32_t kAdjustedMs = 400;
+constexpr std::uint32_t kUnheardMs = 560;
 /// A frame-wise format that gives nothing for so many bytes is not what it was taken for.
 constexpr std::uint64_t kBarrenBytes = 256U * 1024U;
 constexpr int kMaxFailures = 3;
@@ -189,8 +192,13 @@ bool DecodeWorker::stepOnce() {
     if (performSeek())
         return true;
     const bool isUnheard = m_isReady && m_callbacks.isUnheard && m_callbacks.isUnheard();
-    m_decoder->setSkipping(isUnheard);
-    m_voice.setLean(isUnheard || (m_callbacks.isAdjusted && m_callbacks.isAdjusted()));
+    const bool isAdjusted = m_callbacks.isAdjusted && m_callbacks.isAdjusted();
+    m_voice.setKept(isUnheard ? kUnheardMs : isAdjusted ? kAdjustedMs : 0);
+    if (isUnheard)
+        m_decoder->skip();
+    else if (const std::size_t again = m_decoder->rejoin(m_voice.bufferedFrames()); again > 0)
+        m_voice.catchUpAt(m_voice.writtenFrame() - again);
+    m_voice.setCatchingUp(m_decoder->isCatchingUp());
     switch (m_decoder->step()) {
     case LinkDecoder::Step::Audio:
         m_fedLastGood = m_fed;
@@ -296,6 +304,8 @@ void DecodeWorker::tellReady(int error) {
 void DecodeWorker::updateInfo() {
     const LinkDecoder::Info audio = m_decoder->info();
     const double duration = m_decoder->duration();
+    constexpr std::size_t kBytesAKilobit = 125;
+    m_input.setPace(static_cast<std::size_t>(std::max(0, audio.bitrate)) * kBytesAKilobit);
     const std::lock_guard lock(m_mutex);
     m_info = {m_format, audio, duration};
 }

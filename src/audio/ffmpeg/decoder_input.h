@@ -45,6 +45,8 @@ class DecoderInput {
     virtual std::vector<std::uint8_t> peek(std::size_t max, std::size_t known, bool& isEnd) = 0;
     /// Takes a title that stands at or before `position`, the oldest first.
     virtual bool takeTitle(std::uint64_t /*position*/, StreamMark& /*title*/) { return false; }
+    /// What the decoder takes, as far as it is known.
+    virtual void setPace(std::size_t /*bytesPerSecond*/) {}
     /// Bytes from the start; 0: the input only runs forward.
     [[nodiscard]] virtual std::uint64_t seekableSize() const { return 0; }
     virtual bool seek(std::uint64_t /*position*/) { return false; }

@@ -140,6 +140,8 @@ bool FfmpegLibrary::SetConfig(DWORD option, DWORD value) {
     if (option == BASS_CONFIG_GVOL_STREAM) {
         value = std::min(value, kFullVolume);
         m_mixer.setGlobalVolume(value);
+        for (const Channel& channel : channels())
+            channel->voice().wakeDecoder(); // what was muted may be heard now
     }
     const std::lock_guard lock(m_mutex);
     m_options[option] = value;

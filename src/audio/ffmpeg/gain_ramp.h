@@ -17,6 +17,10 @@ class GainRamp {
     void slide(float value, std::uint32_t frames);
     /// What is heard now, or will be once the output runs.
     [[nodiscard]] float current() const;
+    /// Any thread: nothing is heard, and nothing will be.
+    [[nodiscard]] bool isMuted() const {
+        return m_target.load() == 0.0F && current() == 0.0F && !isSliding();
+    }
     [[nodiscard]] bool isSliding() const { return m_slidesBegun.load() != m_slidesEnded.load(); }
 
     // --- output callback ------------------------------------------------------------------------

@@ -26,6 +26,8 @@ class TransferSink {
     virtual void answered(const HttpHeaders& headers, int status) = 0;
     /// False: take no more until NetEngine::resume(); these bytes come again.
     virtual bool body(const std::uint8_t* data, std::size_t size) = 0;
+    /// True while nobody minds if bytes that have come wait for almost half a second.
+    [[nodiscard]] virtual bool canWait() { return false; }
     /// error: BASS_OK when the server closed the connection in order. Nothing follows.
     virtual void ended(int error) = 0;
 };
@@ -55,6 +57,7 @@ class HttpTransfer {
     void resume();
     /// result: a CURLcode.
     void finish(int result);
+    [[nodiscard]] bool canWait() const { return m_isAnswered && m_sink->canWait(); }
     [[nodiscard]] std::chrono::steady_clock::time_point deadline() const { return m_deadline; }
 
   private:

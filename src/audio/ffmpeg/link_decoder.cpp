@@ -15,6 +15,8 @@ extern "C" {
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <deque>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -23,6 +25,8 @@ constexpr int kIoBytes = 4096;
 constexpr int kOutChannels = 2;
 /// Bad packets in a row after which a stream is given up: about ten seconds of audio.
 constexpr int kMaxBadInRow = 500;
+/// Packets that a decoder needs in front of the first one that is heard.
+constexpr std::size_t kPreRollPackets = 10;
 
 const char* demuxerName(StreamFormat format) {
     switch (format) {
@@ -103,6 +107,14 @@ struct LinkDecoder::State {
     bool isRejoining = false; ///< the frames that the gate drops still take their time
     double frameLength = 0.0; ///< seconds of the last decoded frame
     double skippedRest = 0.0; ///< of a frame, not yet given out
+    /// What was skipped last, about a second: it may be heard after all.
+    struct Skipped {
+        AvPacket packet;
+        std::size_t frames;
+    };
+    std::deque<Skipped> skipped;
+    std::size_t skippedFrames = 0;
+    std::size_t preRoll = 0;  ///< packets at the front of `skipped` that are not heard
     double dropBefore = -1.0; ///< seconds; after a jump
     std::vector<float> mono;
     Block block;
@@ -116,9 +128,10 @@ struct LinkDecoder::State {
     bool openCodec();
     Step readPacket();
     Step decode(const AVPacket* in);
-    Step skip(const AVPacket& in);
+    Step skip();
+    Step decodeSkipped();
     [[nodiscard]] double packetLength(const AVPacket& in) const;
-    void passSilence(double length);
+    std::size_t passSilence(double length);
     void startFade();
     void takeFrame();
     bool makeResampler();
@@ -231,6 +244,8 @@ LinkDecoder::Step LinkDecoder::step() {
 LinkDecoder::Step LinkDecoder::State::readPacket() {
     if (isDraining)
         return Step::End;
+    if (!isSkipping && !skipped.empty())
+        return decodeSkipped();
     const int result = av_read_frame(format.get(), packet.get());
     if (isAborted)
         return Step::Aborted;
@@ -246,8 +261,7 @@ LinkDecoder::Step LinkDecoder::State::readPacket() {
         av_packet_unref(packet.get());
         return Step::Nothing;
     }
-    const Step step =
-        isSkipping && packetLength(*packet) > 0.0 ? skip(*packet) : decode(packet.get());
+    const Step step = isSkipping && packetLength(*packet) > 0.0 ? skip() : decode(packet.get());
     av_packet_unref(packet.get());
     return step;
 }
@@ -284,27 +298,64 @@ void LinkDecoder::State::startFade() {
     fadeLeft = fadeFrames = outputRate / kFadesASecond;
 }
 
-void LinkDecoder::setSkipping(bool isOn) {
+void LinkDecoder::skip() {
     State& s = *m_state;
-    if (s.isSkipping == isOn || !s.swr)
+    if (s.isSkipping || !s.swr || !s.skipped.empty())
         return;
-    s.isSkipping = isOn;
-    if (isOn)
-        return;
+    s.isSkipping = true;
+    s.skippedFrames = 0;
+}
+
+std::size_t LinkDecoder::rejoin(std::size_t frames) {
+    State& s = *m_state;
+    if (!std::exchange(s.isSkipping, false))
+        return 0;
     avcodec_flush_buffers(s.codec.get());
     s.gate.reset();
     s.isRejoining = s.isGated;
     s.fadeLeft = s.fadeFrames = 0;
     if (!s.isGated)
         s.startFade();
+    std::size_t heard = s.skipped.size();
+    std::size_t again = 0;
+    for (; heard > 0 && again + s.skipped[heard - 1].frames <= frames; --heard)
+        again += s.skipped[heard - 1].frames;
+    s.preRoll = std::min(heard, kPreRollPackets);
+    s.skipped.erase(s.skipped.begin(),
+                    s.skipped.begin() + static_cast<std::ptrdiff_t>(heard - s.preRoll));
+    return again;
 }
 
-LinkDecoder::Step LinkDecoder::State::skip(const AVPacket& in) {
-    measure(in);
-    block.hasPosition = in.pos >= 0;
-    block.position = in.pos >= 0 ? static_cast<std::uint64_t>(in.pos) : 0;
-    passSilence(packetLength(in));
+bool LinkDecoder::isCatchingUp() const {
+    return !m_state->isSkipping && !m_state->skipped.empty();
+}
+
+LinkDecoder::Step LinkDecoder::State::skip() {
+    measure(*packet);
+    block.hasPosition = packet->pos >= 0;
+    block.position = block.hasPosition ? static_cast<std::uint64_t>(packet->pos) : 0;
+    Skipped last{AvPacket(av_packet_alloc()), passSilence(packetLength(*packet))};
+    av_packet_move_ref(last.packet.get(), packet.get());
+    skippedFrames += last.frames;
+    skipped.push_back(std::move(last));
+    const std::size_t spare =
+        skipped.size() > kPreRollPackets ? skipped[kPreRollPackets].frames : 0;
+    if (skippedFrames > static_cast<std::size_t>(outputRate) + spare) {
+        skippedFrames -= skipped.front().frames;
+        skipped.pop_front();
+    }
     return Step::Audio;
+}
+
+LinkDecoder::Step LinkDecoder::State::decodeSkipped() {
+    const AvPacket held = std::move(skipped.front().packet);
+    skipped.pop_front();
+    const Step step = decode(held.get());
+    if (preRoll == 0)
+        return step;
+    --preRoll;
+    block.samples.clear();
+    return step == Step::Broken ? step : Step::Nothing;
 }
 
 /// Seconds; ADTS does not tell, but is the same all along.
@@ -313,12 +364,14 @@ double LinkDecoder::State::packetLength(const AVPacket& in) const {
                            : frameLength;
 }
 
-void LinkDecoder::State::passSilence(double length) {
+std::size_t LinkDecoder::State::passSilence(double length) {
     skippedRest += length * outputRate;
     const double whole =
         std::floor(skippedRest + 1e-6); // a sum that should be whole may lack a hair
     skippedRest -= whole;
-    block.samples.resize(block.samples.size() + static_cast<std::size_t>(whole) * kOutChannels);
+    const auto frames = static_cast<std::size_t>(whole);
+    block.samples.resize(block.samples.size() + frames * kOutChannels);
+    return frames;
 }
 
 void LinkDecoder::State::takeFrame() {

@@ -55,9 +55,14 @@ class LinkDecoder {
     /// Reads the headers. False: no such stream, or aborted.
     bool open(StreamFormat format);
     Step step();
-    /// While on, packets are read and counted, not decoded: their time passes in silence. Sound
-    /// comes back as it does at the start, without the frames that lack their predecessors.
-    void setSkipping(bool isOn);
+    /// From now on packets are read and counted, not decoded: their time passes in silence.
+    void skip();
+    /// Decodes again. Of the silence given out last up to `frames` frames come once more, as the
+    /// sound that they are; returns how many. Where that is not held any more, sound comes back as
+    /// it does at the start, without the frames that lack their predecessors.
+    std::size_t rejoin(std::size_t frames);
+    /// The next step needs no more bytes.
+    [[nodiscard]] bool isCatchingUp() const;
     /// The owner may change the samples until the next step.
     [[nodiscard]] Block& block();
     [[nodiscard]] Info info() const;

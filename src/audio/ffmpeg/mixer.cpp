@@ -40,13 +40,24 @@ void Mixer::render(float* out, std::size_t frames) {
     m_pass.fetch_add(1);
     const std::size_t samples = frames * Voice::kChannels;
     std::fill(out, out + samples, 0.0F);
+    bool isSilent = true;
     for (auto& slot : m_voices) {
-        if (Voice* const voice = slot.load())
-            voice->render(out, frames);
+        Voice* const voice = slot.load();
+        if (voice == nullptr)
+            continue;
+        voice->render(out, frames);
+        isSilent = isSilent && voice->isMuted();
     }
+    isSilent = isSilent || m_globalVolume.load() == 0;
+    const bool wasSilent = m_isSilent.exchange(isSilent);
     m_pass.fetch_add(1);
 
     const float goal = static_cast<float>(m_globalVolume.load()) / 10000.0F;
+    if (isSilent && wasSilent && goal == m_lastGain) {
+        if (goal == 0.0F)
+            std::fill(out, out + samples, 0.0F);
+        return;
+    }
     const float step = (goal - m_lastGain) / static_cast<float>(frames);
     float gain = m_lastGain;
     for (std::size_t n = 0; n < samples; ++n) {

@@ -22,6 +22,9 @@ class Mixer {
     void remove(Voice& voice);
     [[nodiscard]] bool isEmpty() const { return m_count.load() == 0; }
 
+    /// In the last block every voice was muted, and no slide was under way.
+    [[nodiscard]] bool isSilent() const { return m_isSilent.load(); }
+
     /// 0 to 10000, linear.
     void setGlobalVolume(std::uint32_t value) { m_globalVolume.store(value); }
     [[nodiscard]] std::uint32_t globalVolume() const { return m_globalVolume.load(); }
@@ -35,6 +38,7 @@ class Mixer {
     std::atomic<std::size_t> m_count{0};
     std::atomic<std::uint64_t> m_pass{0}; ///< odd while render() runs
     std::atomic<std::uint32_t> m_globalVolume{10000};
+    std::atomic<bool> m_isSilent{false};
     float m_lastGain = 1.0F; ///< render() only
 };
 

@@ -9,6 +9,13 @@
 #include <chrono>
 
 namespace BASS {
+namespace {
+
+/// How long bytes may wait with the system where nobody minds. A recording has them on the disk
+/// within a second all the same.
+constexpr std::chrono::milliseconds kRest{400};
+
+} // namespace
 
 struct NetEngine::Loop {
     Loop() : multi(curl_multi_init()) {}
@@ -107,6 +114,19 @@ struct NetEngine::Loop {
         return next;
     }
 
+    [[nodiscard]] bool canWait() const {
+        return !active.empty() && std::all_of(active.begin(), active.end(), [](const auto& each) {
+            return each->canWait();
+        });
+    }
+
+    /// True: something has come meanwhile.
+    bool poll(std::chrono::milliseconds wait) {
+        int ready = 0;
+        curl_multi_poll(multi, nullptr, 0, static_cast<int>(wait.count()), &ready);
+        return ready > 0;
+    }
+
     CURLM* multi;
     std::vector<std::shared_ptr<HttpTransfer>> active;
     std::vector<Command> tasks;
@@ -124,6 +144,7 @@ NetEngine::~NetEngine() {
         const std::lock_guard lock(m_mutex);
         m_isStopping = true;
     }
+    m_posted.notify_one();
     curl_multi_wakeup(m_loop->multi);
     if (m_thread.joinable())
         m_thread.join();
@@ -152,12 +173,19 @@ void NetEngine::post(Command command) {
         if (!m_thread.joinable())
             m_thread = std::thread([this] { run(); });
     }
+    m_posted.notify_one();
     curl_multi_wakeup(m_loop->multi);
 }
 
 std::vector<NetEngine::Command> NetEngine::takeCommands() {
     const std::lock_guard lock(m_mutex);
     return std::exchange(m_commands, {});
+}
+
+/// Sleeps whatever comes, but for commands.
+void NetEngine::rest(std::chrono::milliseconds time) {
+    std::unique_lock lock(m_mutex);
+    m_posted.wait_for(lock, time, [this] { return m_isStopping || !m_commands.empty(); });
 }
 
 void NetEngine::run() {
@@ -172,8 +200,10 @@ void NetEngine::run() {
         curl_multi_perform(m_loop->multi, &running);
         m_loop->reapFinished();
         const auto wait = m_loop->checkDeadlines();
-        int ready = 0;
-        curl_multi_poll(m_loop->multi, nullptr, 0, static_cast<int>(wait.count()), &ready);
+        if (!m_loop->canWait())
+            m_loop->poll(wait);
+        else if (!m_loop->poll(std::chrono::milliseconds(0))) // all that had come is taken
+            rest(std::min(wait, kRest));
     }
     while (!m_loop->active.empty()) // on the thread that used them
         m_loop->drop(m_loop->active.back());

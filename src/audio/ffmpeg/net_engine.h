@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,7 +12,8 @@ namespace BASS {
 
 class HttpTransfer;
 
-/// One thread for the connections of all streams. It wakes for data, deadlines and commands only.
+/// One thread for the connections of all streams. It wakes for data, deadlines and commands only;
+/// for data some times a second where every transfer can wait (TransferSink::canWait()).
 ///
 /// *Thread*: any; transfers' callbacks come from its own thread. *Owner*: the library. *Life*: the
 /// thread starts with the first transfer; destroying it drops every transfer.
@@ -46,10 +48,12 @@ class NetEngine {
 
     void post(Command command);
     void run();
+    void rest(std::chrono::milliseconds time);
     std::vector<Command> takeCommands();
 
     std::unique_ptr<Loop> m_loop; ///< its handle may be woken from any thread, the rest is run()'s
     std::mutex m_mutex;           ///< guards m_commands, m_isStopping and the thread's start
+    std::condition_variable m_posted;
     std::vector<Command> m_commands;
     bool m_isStopping = false;
     std::thread m_thread;

@@ -10,6 +10,9 @@ namespace BASS {
 namespace {
 
 constexpr std::size_t kBlockFrames = 1024;
+/// Blocks at a time while all is muted: what is late by half a second is not missed. A voice keeps
+/// more than that.
+constexpr std::uint64_t kSilentBlocks = 20;
 /// After a longer pause of the whole machine the clock starts anew instead of racing.
 constexpr std::chrono::seconds kMaxLag{2};
 
@@ -41,18 +44,22 @@ void NullOutput::run() {
     auto begin = Clock::now();
     std::uint64_t blocks = 0;
     std::unique_lock lock(m_mutex);
-    while (!m_isStopping) {
-        lock.unlock();
-        m_mixer.render(block.data(), kBlockFrames);
-        ++blocks;
+    for (;;) {
+        const std::uint64_t step = m_mixer.isSilent() ? kSilentBlocks : 1;
+        // never ahead of the clock, or a thin buffer would run dry
         const auto due = begin + std::chrono::duration_cast<Clock::duration>(
-                                     period * static_cast<double>(blocks));
+                                     period * static_cast<double>(blocks + step - 1));
+        if (m_stop.wait_until(lock, due, [this] { return m_isStopping; }))
+            return;
+        lock.unlock();
+        for (std::uint64_t n = 0; n < step; ++n)
+            m_mixer.render(block.data(), kBlockFrames);
+        blocks += step;
         if (Clock::now() - due > kMaxLag) {
             begin = Clock::now();
             blocks = 0;
         }
         lock.lock();
-        m_stop.wait_until(lock, due, [this] { return m_isStopping; });
     }
 }
 

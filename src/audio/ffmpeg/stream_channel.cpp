@@ -133,9 +133,7 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
 
 /// Muted, and no encoder wants it: only the clock and the titles matter.
 bool StreamChannel::isUnheard() const {
-    const GainRamp& volume = m_voice.volume();
-    const bool isMuted =
-        m_context.mixer->globalVolume() == 0 || (volume.current() == 0.0F && !volume.isSliding());
+    const bool isMuted = m_context.mixer->globalVolume() == 0 || m_voice.isMuted();
     return isMuted && m_voice.mode() == Voice::Mode::Playing && !m_pcmTap.isUsed();
 }
 
@@ -253,11 +251,13 @@ double StreamChannel::seconds(QWORD bytes) const {
 void StreamChannel::setVolume(float value) {
     const std::lock_guard lock(m_volumeMutex);
     m_voice.setVolume(value);
+    m_voice.wakeDecoder(); // what was muted may be heard now
 }
 
 void StreamChannel::slideVolume(float value, DWORD milliseconds) {
     const std::lock_guard lock(m_volumeMutex);
     m_voice.slideVolume(value, milliseconds);
+    m_voice.wakeDecoder();
 }
 
 void StreamChannel::addTitle(TagTimeline::Entry entry) {

@@ -73,6 +73,23 @@ bool StreamTap::body(const std::uint8_t* data, std::size_t size) {
     return true;
 }
 
+/// What plays live from a buffer that holds a second: neither listeners nor recorders notice, and
+/// the processor sleeps. A stream that comes much faster than it plays would fill the system's
+/// buffers.
+bool StreamTap::canWait() {
+    using namespace std::chrono_literals;
+    const auto now = std::chrono::steady_clock::now();
+    if (const auto passed = now - m_windowStart; passed >= 1s) {
+        const auto bytes = static_cast<double>(m_position - m_windowPosition);
+        m_arrivalRate = bytes / std::chrono::duration<double>(passed).count();
+        m_windowStart = now;
+        m_windowPosition = m_position;
+    }
+    const std::size_t pace = m_fifo.pace();
+    return length() == 0 && pace > 0 && m_fifo.size() >= pace &&
+           m_arrivalRate < 2.0 * static_cast<double>(pace);
+}
+
 void StreamTap::ended(int error) {
     if (m_ogg)
         m_ogg->finish();

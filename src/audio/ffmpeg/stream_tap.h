@@ -7,6 +7,7 @@
 #include "audio/ffmpeg/icy_demux.h"
 #include "audio/ogg_link_splitter.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -56,6 +57,7 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     void answered(const HttpHeaders& headers, int status) override;
     bool body(const std::uint8_t* data, std::size_t size) override;
     void ended(int error) override;
+    [[nodiscard]] bool canWait() override;
 
   private:
     void audio(const std::uint8_t* data, std::size_t size) override;
@@ -80,6 +82,9 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     std::uint64_t m_connectionStart = 0; ///< of m_position, as the engine counts
     bool m_isStreaming = false;          ///< streamBegins() has been called
     std::string m_lastTitle;
+    std::chrono::steady_clock::time_point m_windowStart; ///< see canWait()
+    std::uint64_t m_windowPosition = 0;
+    double m_arrivalRate = 0.0; ///< bytes a second
 
     mutable std::mutex m_mutex; ///< guards the two below
     HttpHeaders m_headers;

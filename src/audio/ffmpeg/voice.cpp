@@ -11,8 +11,6 @@ namespace {
 constexpr std::uint32_t kDeclickMs = 10;
 /// After a stall the ring is filled this far, so that one late packet is no second stall.
 constexpr std::uint32_t kRefillMs = 500;
-/// What a lean voice keeps.
-constexpr std::uint32_t kLeanMs = 400;
 
 std::uint32_t peakWord(float left, float right) {
     const auto scale = [](float value) {
@@ -38,17 +36,32 @@ void Voice::waitForSpace() {
 }
 
 bool Voice::isFull() const {
-    return m_isLean.load() && m_ring.readable() > 2 * lowMark();
+    return m_keptMs.load() != 0 && m_ring.readable() > 2 * lowMark();
 }
 
 std::size_t Voice::lowMark() const {
-    if (!m_isLean.load())
+    const std::size_t keptMs = m_keptMs.load();
+    if (keptMs == 0)
         return m_ring.capacity() / 2;
-    return std::size_t{m_rate} * kLeanMs / 1000 / 2 * kChannels;
+    return std::size_t{m_rate} * keptMs / 1000 / 2 * kChannels;
 }
 
 std::size_t Voice::refillFrames() const {
-    return m_isLean.load() ? lowMark() / kChannels : std::size_t{m_rate} * kRefillMs / 1000;
+    return m_keptMs.load() != 0 ? lowMark() / kChannels : std::size_t{m_rate} * kRefillMs / 1000;
+}
+
+void Voice::catchUpAt(std::uint64_t frame) {
+    m_isCatchingUp.store(true);
+    restartAt(frame);
+}
+
+bool Voice::isWaitingToCatchUp(std::size_t frames) {
+    if (!m_isCatchingUp.load())
+        return false;
+    if (m_ring.readable() < frames * kChannels)
+        return true;
+    m_isCatchingUp.store(false);
+    return false;
 }
 
 void Voice::restartAt(std::uint64_t frame) {
@@ -114,7 +127,8 @@ bool Voice::isWaitingForRefill() {
 void Voice::render(float* out, std::size_t frames) {
     m_ring.skipTo(m_skipTo.load());
     m_gain.takeCommand();
-    if (m_mode.load() != Mode::Playing || m_hasEnded.load() || isWaitingForRefill()) {
+    if (m_mode.load() != Mode::Playing || m_hasEnded.load() || isWaitingToCatchUp(frames) ||
+        isWaitingForRefill()) {
         m_lastPeak.store(m_peak.exchange(0));
         askForMore();
         return;
@@ -153,6 +167,14 @@ std::size_t Voice::mix(float* out, std::size_t frames) {
             m_spectrum.take(samples, count);
         const bool isSteady = m_gain.isSteady();
         float gain = m_gain.gain();
+        if (isSteady && gain == 0.0F) {
+            for (std::size_t n = 0; n + 1 < count; n += kChannels) {
+                peak[0] = std::max(peak[0], std::abs(samples[n]));
+                peak[1] = std::max(peak[1], std::abs(samples[n + 1]));
+            }
+            out += count;
+            return;
+        }
         for (std::size_t n = 0; n + 1 < count; n += kChannels) {
             if (!isSteady)
                 gain = m_gain.next();

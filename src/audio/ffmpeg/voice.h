@@ -38,17 +38,21 @@ class Voice {
     // --- decode side ----------------------------------------------------------------------------
     /// Returns the frames taken; the rest waits until waitForSpace() comes back.
     std::size_t write(const float* samples, std::size_t frames);
-    /// Blocks until half of the ring is free (lean: half of less), or wakeDecoder().
+    /// Blocks until half of the ring (or of what it is kept at) is free, or wakeDecoder().
     void waitForSpace();
-    /// Lean, the ring is filled with 400 ms only: a voice that nobody hears is heard sooner again.
-    void setLean(bool isLean) { m_isLean.store(isLean); }
-    /// A lean voice has enough; others take what fits.
+    /// The ring is filled with no more than this: changes are heard sooner. 0: with what fits.
+    void setKept(std::uint32_t milliseconds) { m_keptMs.store(milliseconds); }
+    /// It has what it is kept at.
     [[nodiscard]] bool isFull() const;
     void wakeDecoder() { m_space.post(); }
     /// No more frames will come (or, after a jump, they will again).
     void setSourceEnded(bool hasEnded) { m_sourceEnded.store(hasEnded); }
     /// Drops what has not been heard; the next frame written is number `frame` of the source.
     void restartAt(std::uint64_t frame);
+    /// As restartAt(), where the next frames are at hand: until they are written, or false is set,
+    /// an empty ring is no stall.
+    void catchUpAt(std::uint64_t frame);
+    void setCatchingUp(bool isOn) { m_isCatchingUp.store(isOn); }
     /// Number that the next written frame will have.
     [[nodiscard]] std::uint64_t writtenFrame() const;
     [[nodiscard]] std::size_t bufferedFrames() const { return m_ring.readable() / kChannels; }
@@ -59,6 +63,8 @@ class Voice {
     void setVolume(float value);
     void slideVolume(float value, std::uint32_t milliseconds);
     [[nodiscard]] const GainRamp& volume() const { return m_gain; }
+    /// Any thread: turned down to nothing, and not on its way up again.
+    [[nodiscard]] bool isMuted() const { return m_gain.isMuted(); }
     [[nodiscard]] bool isStalled() const { return m_isStalled.load(); }
     [[nodiscard]] bool hasEnded() const { return m_hasEnded.load(); }
     /// Source frames heard.
@@ -83,6 +89,7 @@ class Voice {
   private:
     std::size_t mix(float* out, std::size_t frames);
     bool isWaitingForRefill();
+    bool isWaitingToCatchUp(std::size_t frames);
     void raise(std::uint32_t events);
     void askForMore();
     [[nodiscard]] std::size_t lowMark() const;
@@ -97,7 +104,8 @@ class Voice {
 
     std::atomic<Mode> m_mode{Mode::Stopped};
     std::atomic<bool> m_decoderWaits{false};
-    std::atomic<bool> m_isLean{false};
+    std::atomic<std::uint32_t> m_keptMs{0};
+    std::atomic<bool> m_isCatchingUp{false};
     std::atomic<bool> m_sourceEnded{false};
     std::atomic<bool> m_isStalled{false};
     std::atomic<bool> m_hasEnded{false};
