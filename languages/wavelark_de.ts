@@ -46,30 +46,6 @@
         <translation>Aufnahme beendet</translation>
     </message>
     <message>
-        <source>A recording is running. Stop it and quit?</source>
-        <translation>Es läuft eine Aufnahme. Soll sie beendet und das Programm geschlossen werden?</translation>
-    </message>
-    <message>
-        <source>Stop and &amp;quit</source>
-        <translation>Aufnahme beenden und &amp;schließen</translation>
-    </message>
-    <message>
-        <source>&amp;Keep recording</source>
-        <translation>&amp;Weiter aufnehmen</translation>
-    </message>
-    <message>
-        <source>What has been recorded is kept.</source>
-        <translation>Was aufgenommen wurde, bleibt erhalten.</translation>
-    </message>
-    <message>
-        <source>About Wavelark</source>
-        <translation>Über Wavelark</translation>
-    </message>
-    <message>
-        <source>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Listen to internet radio and record it, one file per track.&lt;/p&gt;</source>
-        <translation>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Internetradio hören und aufnehmen, jeden Titel in einer eigenen Datei.&lt;/p&gt;</translation>
-    </message>
-    <message>
         <source>The language changes when Wavelark starts the next time.</source>
         <translation>Die Sprache wechselt beim nächsten Start von Wavelark.</translation>
     </message>
@@ -1966,6 +1942,33 @@ Spielen Sie einen Sender, und drücken Sie dann den roten Knopf oder Strg+R.</tr
     <message>
         <source>&amp;Show the window</source>
         <translation>Fenster &amp;zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>WindowDialogs</name>
+    <message>
+        <source>A recording is running. Stop it and quit?</source>
+        <translation>Es läuft eine Aufnahme. Soll sie beendet und das Programm geschlossen werden?</translation>
+    </message>
+    <message>
+        <source>Stop and &amp;quit</source>
+        <translation>Aufnahme beenden und &amp;schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep recording</source>
+        <translation>&amp;Weiter aufnehmen</translation>
+    </message>
+    <message>
+        <source>What has been recorded is kept.</source>
+        <translation>Was aufgenommen wurde, bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>About Wavelark</source>
+        <translation>Über Wavelark</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Listen to internet radio and record it, one file per track.&lt;/p&gt;</source>
+        <translation>&lt;b&gt;Wavelark %1&lt;/b&gt;&lt;p&gt;Internetradio hören und aufnehmen, jeden Titel in einer eigenen Datei.&lt;/p&gt;</translation>
     </message>
 </context>
 </TS>

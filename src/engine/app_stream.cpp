@@ -23,11 +23,11 @@ constexpr auto kStableConnection = 10s;
 constexpr int kReconnectFadeMs = 50;
 constexpr int kFullConnectEvery = 8;
 constexpr QWORD kUnknown = ~QWORD{0};
+} // namespace
 
-std::chrono::milliseconds steadyNow() {
+std::chrono::milliseconds AppStream::steadyNow() {
     return SystemClock().steady();
 }
-} // namespace
 
 AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* parent)
     : Stream(std::move(audioLibrary), parent),

@@ -126,6 +126,7 @@ class AppStream : public BASS::Stream {
     void splitDelayed(const BASS::Song& song);
     void postSplitDelay(const BASS::Song& song);
     void postSplit(const BASS::Song& song);
+    static std::chrono::milliseconds steadyNow();
     [[nodiscard]] std::chrono::milliseconds outage() const;
 
     PlayState m_state = PlayState::Stopped;

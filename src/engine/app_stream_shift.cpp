@@ -1,18 +1,9 @@
-#include "base/clock.h"
 #include "base/log.h"
 #include "engine/app_stream.h"
 
 // Pausing a station without losing what it sends meanwhile.
 
 using namespace std::chrono_literals;
-
-namespace {
-
-std::chrono::milliseconds steadyNow() {
-    return SystemClock().steady();
-}
-
-} // namespace
 
 bool AppStream::canPause() const {
     return m_current.handle != 0 && m_state != PlayState::Stopped;

@@ -14,7 +14,6 @@
 #include "ui/controllers/sound_controller.h"
 #include "ui/controllers/volume_controller.h"
 #include "ui/dialogs/settings_dialog.h"
-#include "ui/dialogs/sound_dialog.h"
 #include "ui/main_menu.h"
 #include "ui/pages/page.h"
 #include "ui/pages/standard_pages.h"
@@ -30,13 +29,11 @@
 #include "ui/widgets/peak_meter.h"
 #include "ui/widgets/player_bar.h"
 #include "ui/widgets/shortcuts_dialog.h"
+#include "ui/window_dialogs.h"
 #include "ui/window_presenter.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -88,7 +85,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     wireCommands();
     wireChoices();
     wireCommandLine();
-    wireBoost();
+    m_record->setBoostControl(boostControl(*this, *m_sound, m_services.player));
     restore();
     QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
 }
@@ -188,8 +185,9 @@ void AllSkylarkRadio::wireCommands() {
         dialog->open();
     });
     connect(commands.settings, &QAction::triggered, this, &AllSkylarkRadio::showSettings);
-    connect(commands.sound, &QAction::triggered, this, &AllSkylarkRadio::showSoundDialog);
-    connect(commands.about, &QAction::triggered, this, &AllSkylarkRadio::showAbout);
+    connect(
+        commands.sound, &QAction::triggered, this, [this] { showSoundDialog(*this, *m_sound); });
+    connect(commands.about, &QAction::triggered, this, [this] { showAbout(*this); });
     for (int index = 0; index < commands.pages.size(); ++index) {
         connect(commands.pages.at(index), &QAction::triggered, this, [this, index] {
             m_navigation->setCurrentPage(index);
@@ -395,16 +393,7 @@ bool AllSkylarkRadio::askWhileRecording() {
     if (isHidden()) {
         slot_bringToFont();
     }
-    QMessageBox box(QMessageBox::Question,
-                    QStringLiteral("Wavelark"),
-                    tr("A recording is running. Stop it and quit?"),
-                    QMessageBox::NoButton,
-                    this);
-    QPushButton* quit = box.addButton(tr("Stop and &quit"), QMessageBox::AcceptRole);
-    box.addButton(tr("&Keep recording"), QMessageBox::RejectRole);
-    box.setInformativeText(tr("What has been recorded is kept."));
-    box.exec();
-    return box.clickedButton() == quit;
+    return askToStopRecordingAndQuit(*this);
 }
 
 void AllSkylarkRadio::finishAndQuit() {
@@ -425,34 +414,6 @@ bool AllSkylarkRadio::event(QEvent* event) {
         return true;
     }
     return QMainWindow::event(event);
-}
-
-void AllSkylarkRadio::askAboutBoost(const QString& question,
-                                    const std::function<void(bool)>& answered) {
-    auto* box = new QMessageBox(QMessageBox::Question,
-                                QStringLiteral("Wavelark"),
-                                question,
-                                QMessageBox::Yes | QMessageBox::No,
-                                this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QDialog::finished, this, [answered](int button) {
-        answered(button == QMessageBox::Yes);
-    });
-    box->open();
-}
-
-/// Off for a recording only: what the settings hold stays.
-void AllSkylarkRadio::wireBoost() {
-    const auto isOn = [this] { return m_sound->options().boost != BASS::DynamicBoost::Off; };
-    const auto setOn = [this](bool on) {
-        BASS::SoundOptions options = m_sound->options();
-        options.boost = on ? options.boost : BASS::DynamicBoost::Off;
-        m_services.player.setSound(options);
-    };
-    m_record->setBoostControl(
-        {isOn, setOn, [this](const QString& question, const std::function<void(bool)>& answered) {
-             askAboutBoost(question, answered);
-         }});
 }
 
 void AllSkylarkRadio::closeEvent(QCloseEvent* event) {
@@ -496,16 +457,6 @@ void AllSkylarkRadio::showSettings() {
     dialog->open();
 }
 
-void AllSkylarkRadio::showSoundDialog() {
-    auto* dialog = findChild<SoundDialog*>();
-    if (dialog == nullptr) {
-        dialog = new SoundDialog(*m_sound, this);
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    dialog->show(); // beside the window, so that stations can be changed meanwhile
-    dialog->activateWindow();
-}
-
 void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Preferences& after) {
     m_services.settings.changePreferences(before, after);
     m_presenter->setTrayOptions(m_services.settings.trayOptions());
@@ -523,12 +474,4 @@ void AllSkylarkRadio::preferencesChanged(const Preferences& before, const Prefer
     showRecording();
     checkChoices();
     emit sig_preferencesChanged();
-}
-
-void AllSkylarkRadio::showAbout() {
-    QMessageBox::about(this,
-                       tr("About Wavelark"),
-                       tr("<b>Wavelark %1</b><p>Listen to internet radio and record it, one file "
-                          "per track.</p>")
-                           .arg(QCoreApplication::applicationVersion()));
 }

@@ -111,20 +111,16 @@ class AllSkylarkRadio : public QMainWindow {
     void wireChoices();
     void checkChoices();
     void wireCommandLine();
-    void wireBoost();
     void restore();
     void showPage(int index);
     void setWatched(bool isWatched);
     void showHeard();
     void showRecording();
-    void askAboutBoost(const QString& question, const std::function<void(bool)>& answered);
     void songChanged(const BASS::Song& song);
     [[nodiscard]] bool askWhileRecording();
-    void showAbout();
     void chooseLanguage(const QString& file);
     void askAndQuit();
     void showSettings();
-    void showSoundDialog();
     void preferencesChanged(const Preferences& before, const Preferences& after);
     void carryOutEnd(EndAction action);
 
