@@ -12,6 +12,8 @@ namespace {
 
 constexpr int kMostBytes = 1024 * 1024;
 constexpr int kMostEntries = 1000;
+/// No server takes a longer one.
+constexpr int kLongestAddress = 8192;
 
 QString unescaped(QString text) {
     text.replace(QLatin1String("&lt;"), QLatin1String("<"));
@@ -42,7 +44,7 @@ PlaylistKind kindOf(const QString& text) {
 /// Relative entries are resolved; what is then no address with "://" is left out.
 void add(QStringList& addresses, const QString& entry, const QUrl& base) {
     QString text = unescaped(entry.trimmed());
-    if (text.isEmpty() || addresses.size() >= kMostEntries)
+    if (text.isEmpty() || text.size() > kLongestAddress || addresses.size() >= kMostEntries)
         return;
     if (!text.contains(QLatin1String("://")) && base.isValid() && !base.isRelative())
         text = base.resolved(QUrl(text)).toString();
@@ -63,7 +65,7 @@ QStringList matches(const QString& text, const QString& pattern, const QUrl& bas
 
 /// "File1=" to "FileN=", by number.
 QStringList readPls(const QString& text, const QUrl& base) {
-    static const QRegularExpression line(QStringLiteral("^\\s*File(\\d+)\\s*=\\s*(.+?)\\s*$"),
+    static const QRegularExpression line(QStringLiteral("^\\s*File(\\d+)[ \\t]*=[ \\t]*(\\S.*?)\\s*$"),
                                          QRegularExpression::CaseInsensitiveOption |
                                              QRegularExpression::MultilineOption);
     QMap<int, QString> entries;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace BASS {
 namespace {
@@ -97,6 +98,22 @@ std::optional<StreamFormat> byFrames(const std::uint8_t* data, std::size_t size,
     return std::nullopt;
 }
 
+/// A stream of Ogg that was entered within a page or a link: the first link that begins there.
+std::optional<StreamFormat> byLaterPage(const std::uint8_t* data, std::size_t size) {
+    constexpr std::size_t kFlags = 5;
+    constexpr std::uint8_t kBeginsStream = 2;
+    constexpr std::size_t kMost = 27 + 255 + 8; // a page's header and a codec's name
+    constexpr std::string_view kCapture("OggS\0", 5);
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    for (std::size_t at = text.find(kCapture); at != std::string_view::npos && size - at >= kMost;
+         at = text.find(kCapture, at + 1)) {
+        if ((data[at + kFlags] & kBeginsStream) != 0 &&
+            oggFormat(data + at, size - at) == StreamFormat::Ogg)
+            return StreamFormat::Ogg;
+    }
+    return std::nullopt;
+}
+
 /// What is not understood: bytes as they come.
 class RawSplitter final : public StreamParser {
   public:
@@ -135,6 +152,8 @@ std::optional<StreamFormat> detectFormat(const std::uint8_t* data, std::size_t s
             return std::nullopt;
     }
     if (const auto format = byFrames(data, size, isEnd))
+        return format;
+    if (const auto format = byLaterPage(data, size))
         return format;
     return isEnd || size >= kGiveUpBytes ? std::optional(StreamFormat::Unknown) : std::nullopt;
 }

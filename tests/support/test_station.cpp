@@ -135,9 +135,12 @@ class StationConnection final : public QObject {
     }
 
     void answer() {
-        if (!m_script.rawAnswer.isEmpty()) {
-            m_socket->write(m_script.rawAnswer);
+        if (m_script.isServedOnce && m_index > 0) {
             close();
+            return;
+        }
+        if (!m_script.rawAnswer.isEmpty() || !m_script.rawPieces.isEmpty()) {
+            answerRaw();
             return;
         }
         m_hasTitles = m_script.metaint > 0 && m_request.toLower().contains("icy-metadata: 1");
@@ -151,6 +154,29 @@ class StationConnection final : public QObject {
         m_clock.start();
         m_timer.start(kTickMs);
         tick();
+    }
+
+    void answerRaw() {
+        m_socket->write(m_script.rawAnswer);
+        if (m_script.rawPieces.isEmpty() && m_script.rawForEver.isEmpty()) {
+            close();
+            return;
+        }
+        m_timer.disconnect(this);
+        connect(&m_timer, &QTimer::timeout, this, [this] { rawTick(); });
+        m_timer.start(m_script.rawForEver.isEmpty() ? 1 : kTickMs);
+    }
+
+    void rawTick() {
+        if (m_nextPiece < m_script.rawPieces.size()) {
+            m_socket->write(m_script.rawPieces.at(m_nextPiece++));
+            m_socket->flush();
+        } else if (m_script.rawForEver.isEmpty()) {
+            close();
+        } else {
+            while (m_socket->bytesToWrite() < kSocketBacklog)
+                m_socket->write(m_script.rawForEver);
+        }
     }
 
     [[nodiscard]] qint64 allowance() const {
@@ -269,6 +295,7 @@ class StationConnection final : public QObject {
     qint64 m_sent = 0;     ///< audio bytes of this connection
     int m_sinceTitle = 0;
     qint64 m_titledTrack = -1;
+    int m_nextPiece = 0;
     QElapsedTimer m_clock;
     QTimer m_timer;
 };

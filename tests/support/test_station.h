@@ -30,11 +30,14 @@ struct StationScript {
     bool isOldIcy = false;   ///< answers "ICY 200 OK" instead of HTTP
     QByteArray extraHeaders; ///< complete lines, each ended by CRLF
     std::chrono::milliseconds answerDelay{0};
-    qint64 stallAt = -1;   ///< audio bytes of the connection after which nothing more comes
-    qint64 closeAt = -1;   ///< ... after which it is closed in order
-    qint64 resetAt = -1;   ///< ... after which it is reset
-    QByteArray rawAnswer;  ///< not empty: sent as it stands instead of anything else, then closed
-    bool isSilent = false; ///< accepts and never answers
+    qint64 stallAt = -1;  ///< audio bytes of the connection after which nothing more comes
+    qint64 closeAt = -1;  ///< ... after which it is closed in order
+    qint64 resetAt = -1;  ///< ... after which it is reset
+    QByteArray rawAnswer; ///< not empty: sent as it stands instead of anything else, then closed
+    QVector<QByteArray> rawPieces; ///< the same, each piece a segment of its own
+    QByteArray rawForEver;         ///< behind rawAnswer again and again, until the peer has gone
+    bool isServedOnce = false;     ///< connections after the first are closed without an answer
+    bool isSilent = false;         ///< accepts and never answers
     /// Set: a server of pages. Gets a request, gives the whole answer; the connection stays open
     /// for the next request. Called on the station's thread.
     std::function<QByteArray(const QByteArray& request)> page;

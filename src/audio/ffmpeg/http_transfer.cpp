@@ -182,6 +182,12 @@ void HttpTransfer::touch() {
                            : std::chrono::steady_clock::now() + limit;
 }
 
+bool HttpTransfer::hasConnected() const {
+    long connections = 0;
+    curl_easy_getinfo(m_curl->easy, CURLINFO_NUM_CONNECTS, &connections);
+    return connections > 0;
+}
+
 int HttpTransfer::errorFor(int result) const {
     long status = 0;
     curl_easy_getinfo(m_curl->easy, CURLINFO_RESPONSE_CODE, &status);
@@ -197,7 +203,8 @@ int HttpTransfer::errorFor(int result) const {
         return BASS_ERROR_NONET;
     case CURLE_URL_MALFORMAT:
     case CURLE_UNSUPPORTED_PROTOCOL:
-        return BASS_ERROR_ILLPARAM;
+        // said by a server, it is no fault of the address that was given
+        return hasConnected() ? BASS_ERROR_FILEOPEN : BASS_ERROR_ILLPARAM;
     default:
         return BASS_ERROR_FILEOPEN;
     }

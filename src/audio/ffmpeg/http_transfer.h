@@ -70,6 +70,7 @@ class HttpTransfer {
     void takeHeader(std::string_view line);
     void answer();
     void touch();
+    [[nodiscard]] bool hasConnected() const;
     [[nodiscard]] int errorFor(int result) const;
 
     const HttpRequest m_request;

@@ -18,6 +18,20 @@ std::string zeroSeparated(const std::vector<std::string>& lines) {
     return result;
 }
 
+bool isStation(const HttpHeaders& headers) {
+    const auto says = [&headers](const char* name) { return !headers.value(name).empty(); };
+    return says("icy-metaint") || says("icy-name") || says("icy-br") || says("ice-audio-info");
+}
+
+/// Of a file; 0: a station, which has no end whatever its server says. Some say the greatest
+/// number they know.
+std::uint64_t lengthOf(const HttpHeaders& headers) {
+    constexpr std::uint64_t kMost = 0x7FFFFFFE;
+    const std::uint64_t length =
+        std::strtoull(headers.value("content-length").c_str(), nullptr, 10);
+    return isStation(headers) || length > kMost ? 0 : length;
+}
+
 } // namespace
 
 StreamTap::StreamTap(Callbacks callbacks, std::size_t waitAt)
@@ -36,8 +50,7 @@ std::uint64_t StreamTap::length() const {
 void StreamTap::answered(const HttpHeaders& headers, int /*status*/) {
     const long long metaint = std::strtoll(headers.value("icy-metaint").c_str(), nullptr, 10);
     m_icy.emplace(metaint, static_cast<IcyDemux::Sink&>(*this));
-    begin(headers,
-          metaint > 0 ? 0 : std::strtoull(headers.value("content-length").c_str(), nullptr, 10));
+    begin(headers, lengthOf(headers));
 }
 
 void StreamTap::streamBegins(const HttpHeaders& given, std::uint64_t length) {
@@ -106,7 +119,11 @@ void StreamTap::ended(int error) {
 void StreamTap::audio(const std::uint8_t* data, std::size_t size) {
     if (m_isFirst) {
         m_isFirst = false;
-        if (*data == 'O') // at most a few bytes are held back should it be no Ogg page after all
+        const std::string type = headers().value("content-type");
+        // a stream of Ogg may be entered within a page
+        if (*data == 'O' ||
+            type.find("ogg") != std::string::npos) // at most a few bytes are held back should it be
+                                                   // no Ogg page after all
             m_ogg.emplace(static_cast<OggLinkSplitter::Sink&>(*this));
     }
     if (m_ogg)
