@@ -1,5 +1,6 @@
 #include "support/system.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/socket.h>
@@ -16,6 +17,8 @@ qint64 readStandardInput(char* data, unsigned size) {
     return ::read(STDIN_FILENO, data, size);
 }
 
+void makeStandardStreamsBinary() {}
+
 QStringList loadedLibraries(qint64 processId) {
     QFile maps(QStringLiteral("/proc/%1/maps").arg(processId)); // proc(5): the path comes last
     QStringList paths;
@@ -27,6 +30,16 @@ QStringList loadedLibraries(qint64 processId) {
     }
     paths.removeDuplicates();
     return paths;
+}
+
+int threadCount() {
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    return tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+int openFiles() {
+    const QDir files(QStringLiteral("/proc/self/fd"));
+    return files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
 } // namespace test_system
