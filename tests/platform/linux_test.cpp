@@ -2,6 +2,7 @@
 #include "platform/process.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
+#include "platform/shared_block.h"
 #include "platform/special_folders.h"
 #include "platform/user_name.h"
 
@@ -75,4 +76,25 @@ TEST(LinuxPlatform, LocalPeersShowTheirUser) {
     EXPECT_TRUE(isPeerSameUser(server.nextPendingConnection()->socketDescriptor()));
     EXPECT_TRUE(isPeerSameUser(socket.socketDescriptor()));
     EXPECT_FALSE(isPeerSameUser(-1));
+}
+
+/// Windows keeps a block until its last holder goes.
+TEST(LinuxPlatform, ARemovedBlockIsLeftForItsSuccessor) {
+    const QString name = QUuid::createUuid().toString();
+    constexpr int kBytes = 152;
+    SharedBlock first(name, kBytes, SharedBlock::Scope::User);
+    SharedBlock second(name, kBytes, SharedBlock::Scope::User);
+    ASSERT_EQ(first.create(), SharedBlock::Opened::Created);
+    ASSERT_TRUE(second.attach());
+    ASSERT_TRUE(second.lock());
+    second.data()[0] = 'x';
+    second.remove();
+    ASSERT_TRUE(second.unlock());
+    SharedBlock third(name, kBytes, SharedBlock::Scope::User);
+    EXPECT_FALSE(third.attach());
+    EXPECT_FALSE(first.lock(SharedBlock::WhenGone::Fail));
+    ASSERT_TRUE(first.lock());
+    EXPECT_EQ(first.data()[0], 0);
+    first.remove();
+    ASSERT_TRUE(first.unlock());
 }
