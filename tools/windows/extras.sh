@@ -58,6 +58,10 @@ with_configure() { # source package, options...
 }
 
 ffmpeg() {
+    # Windows tells of a refused connection as an exception of the socket, which is not looked at where
+    # only writing is waited for: every refusal would last as long as the time limit.
+    sed -i 's/events & POLLERR)/events \& (POLLERR | POLLOUT))/' "$work/src/ffmpeg/libavformat/os_support.c"
+    grep -q 'POLLERR | POLLOUT' "$work/src/ffmpeg/libavformat/os_support.c" || return 1
     PKG_CONFIG_LIBDIR=$deps/lib/pkgconfig "$work/src/ffmpeg/configure" --prefix="$deps" \
         --enable-cross-compile --cross-prefix=$host- --target-os=mingw32 --arch=x86_64 \
         --pkg-config=pkg-config --pkg-config-flags=--static --disable-x86asm --enable-shared --disable-static \
