@@ -1,5 +1,4 @@
 #include "platform/local_link.h"
-#include "platform/process.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/shared_block.h"
@@ -10,7 +9,6 @@
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -31,21 +29,6 @@ TEST(LinuxPlatform, TheUserIsKnownWithoutAnEnvironment) {
     qputenv("USER", "somebody-else");
     EXPECT_EQ(userName(), before);
     qputenv("USER", user);
-}
-
-TEST(LinuxPlatform, OnlyALivingProcessOfThisProgramCounts) {
-    EXPECT_TRUE(isThisProgramRunning(QCoreApplication::applicationPid()));
-    for (const qint64 pid : {qint64{0}, qint64{-1}, qint64{1} << 40, qint64{0x7ffffff0}})
-        EXPECT_FALSE(isThisProgramRunning(pid)) << pid;
-
-    QProcess other;
-    other.start(QStringLiteral("cat"), {});
-    ASSERT_TRUE(other.waitForStarted());
-    const qint64 pid = other.processId();
-    EXPECT_FALSE(isThisProgramRunning(pid)); // lives, but is another program
-    other.kill();
-    other.waitForFinished();
-    EXPECT_FALSE(isThisProgramRunning(pid));
 }
 
 TEST(LinuxPlatform, ArgumentsKeepEveryLetter) {

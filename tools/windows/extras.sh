@@ -22,7 +22,7 @@ fetch() { # source package: unpacked to $work/src/<package>
     (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" &&
         dpkg-source --no-check -x "$1"_*.dsc "$1.new" && rm -f "$1"_* && mv "$1.new" "$1") \
         > "$work/fetch.log" 2>&1 || {
-        echo "windows: the source package $1 cannot be fetched: $(tail -n 1 "$work/fetch.log")" >&2
+        echo "windows: the source package $1 cannot be fetched: $(grep -m 1 '^E' "$work/fetch.log" | sed 's/Failed to fetch [^ ]* *//')" >&2
         exit 1
     }
 }
@@ -86,7 +86,13 @@ svg() {
         make -j "$(nproc)" && make install
 }
 
-mkdir -p "$work"
+mkdir -p "$work/bin"
+if command -v ccache > /dev/null; then # by the compilers' names, whatever asks for them
+    for name in gcc g++ gcc-posix g++-posix; do
+        ln -sf "$(command -v ccache)" "$work/bin/$host-$name"
+    done
+    PATH=$work/bin:$PATH
+fi
 for package in libogg libvorbis opus ffmpeg qtsvg-opensource-src; do
     fetch "$package"
 done

@@ -34,7 +34,7 @@ unpack() { # the pack to the cache; all of it or nothing
     fresh=$(mktemp -d "$cache/unpack-XXXXXX")
     if ! tar -C "$fresh" -xJf "$pack" 2> "$build/unpack.log"; then
         rm -rf "$fresh"
-        fail "the packed libraries are damaged: $pack ($(tail -n 1 "$build/unpack.log"))"
+        fail "the packed libraries are damaged: $pack ($(head -n 1 "$build/unpack.log"))"
     fi
     if [ ! -d "$fresh/$key" ]; then
         echo "windows: $pack is of another recipe than $key; building the libraries instead"
@@ -47,7 +47,7 @@ unpack() { # the pack to the cache; all of it or nothing
 if [ ! -e "$WIN_SYSROOT/.done-trim" ]; then
     echo "windows: building the libraries, about 18 minutes once"
     "$here/win-sysroot.sh" > "$build/sysroot.log" 2>&1 ||
-        fail "the libraries cannot be built: $(grep -E '^(E|Err):?|error' "$build/sysroot.log" | tail -n 1); see build/windows/sysroot.log"
+        fail "the libraries cannot be built: $(grep -m 1 -E '^(E|Err):?|error' "$build/sysroot.log" | sed 's/Failed to fetch [^ ]* *//'); see build/windows/sysroot.log"
 fi
 "$here/extras.sh"
 echo "windows: libraries ready after $((SECONDS - started)) s"

@@ -2,13 +2,24 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <io.h>
 #include <windows.h>
 
+#include <string>
+
 namespace {
-const wchar_t* wide(const QString& text) {
-    return reinterpret_cast<const wchar_t*>(text.utf16());
+/// As the system's calls take more than 260 characters, without a setting of the system for it
+/// ("Maximum Path Length Limitation" of the Windows documentation).
+std::wstring extended(const QString& path) {
+    const QString native =
+        QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    if (native.startsWith(QLatin1String("\\\\?\\")))
+        return native.toStdWString();
+    if (native.startsWith(QLatin1String("\\\\")))
+        return (QStringLiteral("\\\\?\\UNC") + native.mid(1)).toStdWString();
+    return (QStringLiteral("\\\\?\\") + native).toStdWString();
 }
 } // namespace
 
@@ -18,8 +29,7 @@ bool syncFile(const QFile& file) {
 }
 
 bool moveOver(const QString& from, const QString& to) {
-    const QString source = QDir::toNativeSeparators(from);
-    const QString target = QDir::toNativeSeparators(to);
-    return ::MoveFileExW(
-               wide(source), wide(target), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    return ::MoveFileExW(extended(from).c_str(),
+                         extended(to).c_str(),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
