@@ -6,6 +6,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <csignal>
+
 namespace test_system {
 
 void makeCloseReset(qintptr socketDescriptor) {
@@ -30,6 +32,10 @@ QStringList loadedLibraries(qint64 processId) {
     }
     paths.removeDuplicates();
     return paths;
+}
+
+bool askToEnd(qint64 processId) {
+    return ::kill(static_cast<pid_t>(processId), SIGTERM) == 0;
 }
 
 int threadCount() {

@@ -59,6 +59,10 @@ QStringList loadedLibraries(qint64 processId) {
     return paths;
 }
 
+bool askToEnd(qint64) {
+    return false;
+}
+
 int threadCount() {
     const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     THREADENTRY32 entry{};
