@@ -35,17 +35,30 @@ function(wavelark_library)
     target_link_libraries(wl_${ARG_NAME} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
-# wavelark_test(NAME folder SOURCES ... LINK ...): one GoogleTest binary per folder; each of its
-# tests is a ctest case of its own.
+# wavelark_test(NAME folder SOURCES ... LINK ... [BATCHES n]): one GoogleTest binary per folder; each
+# of its tests is a ctest case of its own. Under Wine, where starting a program costs more than most
+# tests, they are run in so many batches instead.
 function(wavelark_test)
-    cmake_parse_arguments(ARG "" "NAME" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "NAME;BATCHES" "SOURCES;LINK" ${ARGN})
     add_executable(test_${ARG_NAME} ${ARG_SOURCES})
     wavelark_compile_options(test_${ARG_NAME})
     target_include_directories(test_${ARG_NAME} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(test_${ARG_NAME} PRIVATE ${ARG_LINK} wl_test_support GTest::gmock)
-    gtest_discover_tests(test_${ARG_NAME}
-        DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT 180 LABELS "${ARG_NAME};${ARG_LABELS}"
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;SDL_AUDIODRIVER=dummy")
+    set(environment QT_QPA_PLATFORM=offscreen SDL_AUDIODRIVER=dummy)
+    if(NOT CMAKE_CROSSCOMPILING)
+        gtest_discover_tests(test_${ARG_NAME}
+            DISCOVERY_MODE PRE_TEST
+            DISCOVERY_TIMEOUT 60
+            PROPERTIES TIMEOUT 180 LABELS "${ARG_NAME}" ENVIRONMENT "${environment}")
+        return()
+    endif()
+    if(NOT ARG_BATCHES)
+        set(ARG_BATCHES 1)
+    endif()
+    foreach(batch RANGE 1 ${ARG_BATCHES})
+        add_test(NAME ${ARG_NAME}.${batch} COMMAND test_${ARG_NAME})
+        math(EXPR index "${batch}-1")
+        set_tests_properties(${ARG_NAME}.${batch} PROPERTIES TIMEOUT 600 LABELS "${ARG_NAME}"
+            ENVIRONMENT "${environment};GTEST_TOTAL_SHARDS=${ARG_BATCHES};GTEST_SHARD_INDEX=${index}")
+    endforeach()
 endfunction()

@@ -21,6 +21,8 @@ class InstanceClient final {
     bool send(const QByteArray& message);
     /// Without limit: until the primary closes the connection.
     void waitForPrimaryExit();
+    /// Why one of the functions above has failed, in the system's words.
+    [[nodiscard]] QString errorText() const { return m_socket.errorString(); }
 
   private:
     bool connectSocket(std::chrono::milliseconds timeout);

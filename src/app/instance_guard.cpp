@@ -209,9 +209,13 @@ bool InstanceGuard::sendMessage(const QByteArray& message,
                                 AfterSend afterSend) {
     if (m_role == Role::Primary || m_role == Role::Faulty)
         return false;
-    if (!m_client->connectToPrimary(timeout, {ConnectionType::Reconnect, m_instanceId}))
-        return false;
-    const bool isSent = m_client->send(message);
+    const bool isSent =
+        m_client->connectToPrimary(timeout, {ConnectionType::Reconnect, m_instanceId}) &&
+        m_client->send(message);
+    if (!isSent)
+        qCWarning(lcApp,
+                  "SingleApplication: message not forwarded error=%ls",
+                  qUtf16Printable(m_client->errorText()));
     if (isSent && afterSend == AfterSend::WaitForPrimaryExit)
         m_client->waitForPrimaryExit();
     return isSent;

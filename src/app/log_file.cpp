@@ -1,5 +1,7 @@
 #include "app/log_file.h"
 
+#include "platform/file_sync.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -14,10 +16,7 @@ QString LogFile::kept(int n) const {
 bool LogFile::append(const QByteArray& lines) {
     rotateIfFull();
     // Opened anew each time: another process may have put the file aside.
-    QFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        return false;
-    return file.write(lines) == lines.size();
+    return appendTo(m_path, lines);
 }
 
 void LogFile::rotateIfFull() {

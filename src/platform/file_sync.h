@@ -1,5 +1,6 @@
 #pragma once
 
+class QByteArray;
 class QFile;
 class QString;
 
@@ -11,3 +12,7 @@ bool syncFile(const QFile& file);
 /// any time one of the two is there under that name. Neither may be open on Windows. Any thread;
 /// blocks. False: nothing has changed; the system's error stays readable.
 bool moveOver(const QString& from, const QString& to);
+
+/// Adds bytes to the end of a file, which is made where it is not there: in one piece, whatever
+/// other processes add at the same moment. Any thread; blocks. False: not all of them were written.
+bool appendTo(const QString& path, const QByteArray& bytes);

@@ -235,6 +235,7 @@ TEST(Encode, ExternalProgramsMakeTheSameFiles) {
 
 /// As where a recording is stopped right at a cut: the head alone would be a broken file.
 TEST(Encode, AnEncoderWithoutAudioGivesOutNothing) {
+    const QByteArray program = encoderStandIn("copy");
     const std::pair<Start, const char*> cases[] = {
         {&AudioEncoding::Encode_MP3_Start, "--cbr -b128"},
         {&AudioEncoding::Encode_OGG_Start, "-q5"},
@@ -242,7 +243,7 @@ TEST(Encode, AnEncoderWithoutAudioGivesOutNothing) {
         {&AudioEncoding::Encode_FLAC_Start, "--ogg"},
         {&AudioEncoding::Encode_AAC_Start, "-b128 --m4a"},
         {&AudioEncoding::Encode_WMA_Start, "--cbr -b128 -s44100 -c2"},
-        {&AudioEncoding::Encode_Start, "cat"},
+        {&AudioEncoding::Encode_Start, program.constData()},
     };
     for (const auto& [how, options] : cases) {
         SCOPED_TRACE(options);
@@ -267,8 +268,9 @@ TEST(Encode, AProgramThatDiesIsNoticedWhileTheMusicGoesOn) {
     EXPECT_EQ(library.Encode_Start(stream, "/no/such program -", 0, &Encoding::onBytes, &encoding),
               0U);
     EXPECT_EQ(library.ErrorGetCode(), BASS_ERROR_FILEOPEN);
-    const HENCODE file = library.Encode_Start(
-        stream, "sh -c \"head -c 1000 >/dev/null; exit 3\"", 0, &Encoding::onBytes, &encoding);
+    const QByteArray program = encoderStandIn("take 1000; exit 3");
+    const HENCODE file =
+        library.Encode_Start(stream, program.constData(), 0, &Encoding::onBytes, &encoding);
     ASSERT_NE(file, 0U);
     library.ChannelPlay(stream, false);
     ASSERT_TRUE(encoding.waitForEnd(file));

@@ -69,6 +69,11 @@ QString Encoding::file(HENCODE handle, const char* extension) {
     return path;
 }
 
+QByteArray encoderStandIn(const char* steps) {
+    qputenv("ENCODER_STEPS", steps);
+    return "\"" ENCODER_STAND_IN "\" -b 128 - -";
+}
+
 double greatestDifference(const QByteArray& a, const QByteArray& b) {
     double greatest = 0.0;
     for (int at = 0; at + 4 <= std::min(a.size(), b.size()); at += 4) {

@@ -41,5 +41,8 @@ class Encoding {
     std::map<BASS::HENCODE, File> m_files;
 };
 
+/// The command line of an encoder program that does these steps (support/encoder_stand_in.cpp).
+QByteArray encoderStandIn(const char* steps);
+
 /// Greatest difference between two blocks of interleaved floats, as long as the shorter one.
 double greatestDifference(const QByteArray& a, const QByteArray& b);

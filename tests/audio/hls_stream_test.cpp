@@ -3,9 +3,12 @@
 #include "audio/tracks.h"
 #include "support/hls_station.h"
 #include "support/media_tools.h"
+#include "support/system.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -236,36 +239,63 @@ TEST(HlsStream, FailsWithTheRightCode) {
               BASS_ERROR_FILEFORM);
 }
 
+/// Files of their own and ranges of a common one, in a folder whose name has to be escaped.
 TEST(HlsStream, PlaysAPlaylistFromAFile) {
-    QTemporaryDir folder;
-    QByteArray list = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n";
+    const QTemporaryDir parent;
+    const QDir folder(parent.filePath(QString::fromUtf8("50% M\xc3\xbcsik #1")));
+    ASSERT_TRUE(QDir().mkpath(folder.path()));
+    const auto write = [&folder](const QString& name, const QByteArray& bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    };
+    QByteArray list = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-MEDIA-SEQUENCE:7\n";
+    QByteArray common = "no audio";
     for (int n = 0; n < aacPieces().size(); ++n) {
-        const QByteArray name = "part " + QByteArray::number(n) + ".ts";
-        QFile file(folder.filePath(QString::fromLatin1(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(aacPieces()[n].bytes);
-        list += "#EXTINF:2,\n" + name + "\n";
+        const QByteArray& bytes = aacPieces()[n].bytes;
+        QByteArray name = "part " + QByteArray::number(n) + ".ts";
+        list += "#EXTINF:2,\n";
+        if (n % 2 == 0) {
+            write(QString::fromLatin1(name), bytes);
+        } else {
+            name = "./all.ts";
+            list += "#EXT-X-BYTERANGE:" + QByteArray::number(bytes.size()) + '@' +
+                    QByteArray::number(common.size()) + '\n';
+            common += bytes;
+        }
+        list += name + '\n';
     }
-    const QString path = folder.filePath(QStringLiteral("a list.m3u8"));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(list + "#EXT-X-ENDLIST\n");
-    file.close();
+    write(QStringLiteral("all.ts"), common);
+    const QString path = write(QStringLiteral("a list.m3u8"), list + "#EXT-X-ENDLIST\n");
     Listener listener;
     Library& library = listener.library();
-    const HSTREAM stream = library.HLS_StreamCreateFile(path.utf16(), BASS_UNICODE);
+    const HSTREAM stream = listener.openFile(path, &Library::HLS_StreamCreateFile);
     ASSERT_NE(stream, 0U) << library.ErrorGetCode();
     BASS_CHANNELINFO info{};
     library.ChannelGetInfo(stream, &info);
     EXPECT_EQ(info.ctype, BASS_CTYPE_STREAM_AAC);
-    EXPECT_EQ(library.HLS_StreamCreateFile((path + QStringLiteral("x")).utf16(), BASS_UNICODE), 0U);
-    EXPECT_EQ(library.ErrorGetCode(), BASS_ERROR_FILEOPEN);
-    // what comes from the network may not name files
-    LoopbackServer server([&path](Connection& connection) {
+    library.ChannelPlay(stream, false);
+    ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
+    EXPECT_NEAR(listener.syncs.back().seconds, kSeconds, 0.1);
+    for (const QString& other : {path + QLatin1Char('x'), folder.path()}) {
+        EXPECT_EQ(library.HLS_StreamCreateFile(other.utf16(), BASS_UNICODE), 0U);
+        EXPECT_EQ(library.ErrorGetCode(), BASS_ERROR_FILEOPEN);
+    }
+    // what comes from the network may not name files, nor what a file names there
+    const QByteArray part = QUrl::fromLocalFile(folder.filePath(QStringLiteral("part 0.ts")))
+                                .toEncoded(QUrl::FullyEncoded);
+    LoopbackServer server([&part](Connection& connection) {
         connection.send(answer("HTTP/1.0 200 OK") +
-                        "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\nfile://" + path.toUtf8() + "\n");
+                        "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" + part +
+                        "\n#EXT-X-ENDLIST\n");
     });
     EXPECT_EQ(listener.open(server.url(), &Library::HLS_StreamCreateURL), 0U);
+    const QString master =
+        write(QStringLiteral("master.m3u8"),
+              "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\n" + QByteArray::fromStdString(server.url()));
+    EXPECT_EQ(listener.openFile(master, &Library::HLS_StreamCreateFile), 0U);
+    EXPECT_GE(server.requests().size(), 2U);
 }
 
 TEST(HlsStream, HostileStationsEndWithACode) {
@@ -342,10 +372,10 @@ TEST(HlsStream, ManyStationsLeaveNothingBehind) {
     };
     for (int n = 0; n < 5; ++n)
         once(); // connections that stay open for the next request
-    const int threads = threadCount();
-    const int files = openFiles();
+    const int threads = test_system::threadCount();
+    const int files = test_system::openFiles();
     for (int n = 0; n < 200; ++n)
         once();
-    EXPECT_LE(threadCount(), threads + 2);
-    EXPECT_LE(openFiles(), files + 10);
+    EXPECT_LE(settled(test_system::threadCount, threads + 2), threads + 2);
+    EXPECT_LE(settled(test_system::openFiles, files + 10), files + 10);
 }

@@ -1,6 +1,7 @@
 #include "audio/listener.h"
 #include "audio/loopback_server.h"
 #include "audio/tracks.h"
+#include "support/system.h"
 
 #include <gtest/gtest.h>
 
@@ -148,18 +149,13 @@ TEST(HttpFailure, ManyShortStreamsLeaveNothingBehind) {
         ASSERT_TRUE(listener.library().StreamFree(stream));
         ASSERT_FALSE(listener.library().StreamFree(stream));
     };
-    const auto settled = [](int (*count)(), int limit) { // the server's side ends a little later
-        for (int n = 0; n < 2000 && count() > limit; ++n)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        return count();
-    };
     once();
-    const int threads = settled(threadCount, 0 + threadCount());
-    const int files = openFiles();
+    const int threads = test_system::threadCount();
+    const int files = test_system::openFiles();
     for (int n = 0; n < 200; ++n)
         once();
-    EXPECT_LE(settled(threadCount, threads + 2), threads + 2);
-    EXPECT_LE(settled(openFiles, files + 4), files + 4);
+    EXPECT_LE(settled(test_system::threadCount, threads + 2), threads + 2);
+    EXPECT_LE(settled(test_system::openFiles, files + 4), files + 4);
 }
 
 TEST(HttpFailure, FreeingWaitsForCallbacksAndTheLibraryEndsWithStreams) {

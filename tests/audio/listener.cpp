@@ -1,9 +1,8 @@
 #include "audio/listener.h"
 
-#include <QDir>
-
 #include <algorithm>
 #include <cstdlib>
+#include <thread>
 
 using namespace BASS;
 
@@ -27,8 +26,8 @@ HSTREAM Listener::open(const std::string& url, Create create, DWORD flags) {
     return stream;
 }
 
-HSTREAM Listener::openFile(const QString& path) {
-    const HSTREAM stream = m_library.StreamCreateFile(path.utf16(), BASS_UNICODE);
+HSTREAM Listener::openFile(const QString& path, CreateFile create) {
+    const HSTREAM stream = (m_library.*create)(path.utf16(), BASS_UNICODE);
     if (stream != 0)
         setSyncs(stream);
     return stream;
@@ -92,14 +91,8 @@ void Listener::onSync(HSYNC /*sync*/, DWORD channel, DWORD data, void* user) {
     self->m_changed.notify_all();
 }
 
-int threadCount() {
-    return static_cast<int>(QDir(QStringLiteral("/proc/self/task"))
-                                .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-                                .size());
-}
-
-int openFiles() {
-    return static_cast<int>(QDir(QStringLiteral("/proc/self/fd"))
-                                .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-                                .size());
+int settled(int (*count)(), int limit) {
+    for (int n = 0; n < 2000 && count() > limit; ++n)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return count();
 }

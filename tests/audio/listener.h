@@ -3,6 +3,7 @@
 #include "audio/ffmpeg/ffmpeg_library.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <chrono>
 #include <condition_variable>
@@ -28,6 +29,7 @@ class Listener {
     };
     using Create = BASS::HSTREAM (BASS::AudioLibrary::*)(
         const void*, BASS::DWORD, BASS::DWORD, BASS::DOWNLOADPROC*, void*);
+    using CreateFile = BASS::HSTREAM (BASS::AudioLibrary::*)(const void*, BASS::DWORD);
 
     Listener();
     ~Listener();
@@ -37,7 +39,8 @@ class Listener {
     BASS::HSTREAM open(const std::string& url,
                        Create create = &BASS::AudioLibrary::StreamCreateURL,
                        BASS::DWORD flags = BASS::BASS_STREAM_STATUS);
-    BASS::HSTREAM openFile(const QString& path);
+    BASS::HSTREAM openFile(const QString& path,
+                           CreateFile create = &BASS::AudioLibrary::StreamCreateFile);
     /// Waits for a sync of this kind; false after ten seconds.
     bool waitFor(BASS::DWORD type, BASS::DWORD data = 0);
     /// Waits until the predicate holds for what has been told; false after ten seconds.
@@ -66,6 +69,6 @@ class Listener {
     BASS::FfmpegLibrary m_library;
 };
 
-/// Threads of this process, and its open files.
-int threadCount();
-int openFiles();
+/// What is counted, as soon as it is no more than the limit, at the latest after ten seconds: the
+/// other side of a connection ends a little later.
+int settled(int (*count)(), int limit);

@@ -19,12 +19,15 @@ class Listener final : public QTcpServer {
 } // namespace
 
 bool Connection::readRequest() {
-    while (!m_request.contains("\r\n\r\n")) {
+    const QByteArray end = "\r\n\r\n";
+    while (!m_received.contains(end)) {
         if (!m_socket.waitForReadyRead(kPollMs) &&
             (m_isStopping || m_socket.state() != QAbstractSocket::ConnectedState))
             return false;
-        m_request += m_socket.readAll();
+        m_received += m_socket.readAll();
     }
+    m_request = m_received.left(m_received.indexOf(end) + end.size());
+    m_received.remove(0, m_request.size());
     return true;
 }
 

@@ -19,6 +19,7 @@ class Connection {
         : m_socket(socket), m_isStopping(isStopping) {}
 
     [[nodiscard]] const QByteArray& request() const { return m_request; }
+    /// Waits for the first request, then for the next one.
     bool readRequest();
     /// False when the listener has gone.
     bool send(const QByteArray& bytes);
@@ -30,6 +31,7 @@ class Connection {
     QTcpSocket& m_socket;
     const std::atomic<bool>& m_isStopping;
     QByteArray m_request;
+    QByteArray m_received; ///< beyond the request
 };
 
 /// A station on the loopback interface that behaves as its script says. Thread: made and destroyed

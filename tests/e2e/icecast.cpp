@@ -51,14 +51,13 @@ bool Icecast::writeConfiguration() {
                        "</authentication><hostname>localhost</hostname>"
                        "<listen-socket><port>%1</port><bind-address>127.0.0.1</bind-address>"
                        "</listen-socket><fileserve>0</fileserve>"
-                       "<paths><logdir>%2</logdir><webroot>/usr/share/icecast2/web</webroot>"
+                       "<paths><logdir>.</logdir><webroot>/usr/share/icecast2/web</webroot>"
                        "<adminroot>/usr/share/icecast2/admin</adminroot></paths>"
                        "<logging><accesslog>access.log</accesslog><errorlog>error.log</errorlog>"
                        "<loglevel>2</loglevel></logging>"
                        "<security><chroot>0</chroot><changeowner><user>nobody</user>"
                        "<group>nogroup</group></changeowner></security></icecast>")
-            .arg(m_port)
-            .arg(m_folder.path());
+            .arg(m_port);
     file.write(text.toUtf8());
     // the server gives up its rights as root and must still read and log here
     QFile::setPermissions(m_folder.path(),
@@ -75,6 +74,7 @@ bool Icecast::start() {
         return false;
     }
     m_server.setProcessChannelMode(QProcess::MergedChannels);
+    m_server.setWorkingDirectory(m_folder.path());
     m_server.start(QStringLiteral("icecast2"),
                    {QStringLiteral("-c"), m_folder.filePath(QStringLiteral("icecast.xml"))});
     const bool isUp =

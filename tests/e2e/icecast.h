@@ -32,7 +32,8 @@ class Icecast {
     [[nodiscard]] QByteArray get(const QString& path) const;
     bool writeConfiguration();
 
-    QTemporaryDir m_folder;
+    /// A path that the server's own system knows as well, where these tests run on another.
+    QTemporaryDir m_folder{QStringLiteral("/tmp/wavelark-icecast-XXXXXX")};
     QProcess m_server;
     std::vector<std::unique_ptr<QProcess>> m_feeds;
     int m_port = 0;

@@ -1,5 +1,6 @@
 #include "e2e/program_run.h"
 #include "support/media_tools.h"
+#include "support/system.h"
 #include "support/test_station.h"
 
 #include <QDir>
@@ -131,9 +132,11 @@ TEST_F(InstancesTest, OfFiftyStartsOneStaysAndHearsOfAllOthers) {
     }
     EXPECT_TRUE(waitUntil([&] {
         return alive.front()->log().count(QStringLiteral("slot_receivedMessage")) == kStarts - 1;
-    })) << alive.front()->log().count(QStringLiteral("slot_receivedMessage"));
-    alive.front()->terminate();
-    EXPECT_TRUE(alive.front()->waitForEnd(20s));
+    })) << alive.front()->log().toStdString();
+    if (test_system::askToEnd(alive.front()->processId())) {
+        EXPECT_TRUE(alive.front()->waitForEnd(20s));
+        EXPECT_FALSE(alive.front()->isCrashed());
+    }
 }
 
 TEST_F(InstancesTest, FiveAtOnceDoNotTrampleEachOthersFiles) {

@@ -38,7 +38,6 @@ class ProgramRun {
     bool waitForLog(const QString& text, std::chrono::seconds limit);
     void kill();
     /// Asks it to end in order.
-    void terminate() { m_process.terminate(); }
     [[nodiscard]] int exitCode() const { return m_process.exitCode(); }
     [[nodiscard]] bool isCrashed() const { return m_process.exitStatus() == QProcess::CrashExit; }
     [[nodiscard]] QString output();

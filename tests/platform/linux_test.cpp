@@ -1,7 +1,7 @@
 #include "platform/local_link.h"
-#include "platform/process.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
+#include "platform/shared_block.h"
 #include "platform/special_folders.h"
 #include "platform/user_name.h"
 
@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -30,21 +29,6 @@ TEST(LinuxPlatform, TheUserIsKnownWithoutAnEnvironment) {
     qputenv("USER", "somebody-else");
     EXPECT_EQ(userName(), before);
     qputenv("USER", user);
-}
-
-TEST(LinuxPlatform, OnlyALivingProcessOfThisProgramCounts) {
-    EXPECT_TRUE(isThisProgramRunning(QCoreApplication::applicationPid()));
-    for (const qint64 pid : {qint64{0}, qint64{-1}, qint64{1} << 40, qint64{0x7ffffff0}})
-        EXPECT_FALSE(isThisProgramRunning(pid)) << pid;
-
-    QProcess other;
-    other.start(QStringLiteral("cat"), {});
-    ASSERT_TRUE(other.waitForStarted());
-    const qint64 pid = other.processId();
-    EXPECT_FALSE(isThisProgramRunning(pid)); // lives, but is another program
-    other.kill();
-    other.waitForFinished();
-    EXPECT_FALSE(isThisProgramRunning(pid));
 }
 
 TEST(LinuxPlatform, ArgumentsKeepEveryLetter) {
@@ -75,4 +59,25 @@ TEST(LinuxPlatform, LocalPeersShowTheirUser) {
     EXPECT_TRUE(isPeerSameUser(server.nextPendingConnection()->socketDescriptor()));
     EXPECT_TRUE(isPeerSameUser(socket.socketDescriptor()));
     EXPECT_FALSE(isPeerSameUser(-1));
+}
+
+/// Windows keeps a block until its last holder goes.
+TEST(LinuxPlatform, ARemovedBlockIsLeftForItsSuccessor) {
+    const QString name = QUuid::createUuid().toString();
+    constexpr int kBytes = 152;
+    SharedBlock first(name, kBytes, SharedBlock::Scope::User);
+    SharedBlock second(name, kBytes, SharedBlock::Scope::User);
+    ASSERT_EQ(first.create(), SharedBlock::Opened::Created);
+    ASSERT_TRUE(second.attach());
+    ASSERT_TRUE(second.lock());
+    second.data()[0] = 'x';
+    second.remove();
+    ASSERT_TRUE(second.unlock());
+    SharedBlock third(name, kBytes, SharedBlock::Scope::User);
+    EXPECT_FALSE(third.attach());
+    EXPECT_FALSE(first.lock(SharedBlock::WhenGone::Fail));
+    ASSERT_TRUE(first.lock());
+    EXPECT_EQ(first.data()[0], 0);
+    first.remove();
+    ASSERT_TRUE(first.unlock());
 }

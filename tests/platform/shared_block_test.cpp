@@ -34,26 +34,6 @@ TEST(SharedBlock, OneMakesItOthersSeeIt) {
     ASSERT_TRUE(second.unlock());
 }
 
-TEST(SharedBlock, ARemovedBlockIsLeftForItsSuccessor) {
-    const QString name = freshName();
-    SharedBlock first(name, kBytes, SharedBlock::Scope::User);
-    SharedBlock second(name, kBytes, SharedBlock::Scope::User);
-    ASSERT_EQ(first.create(), SharedBlock::Opened::Created);
-    ASSERT_TRUE(second.attach());
-    ASSERT_TRUE(second.lock());
-    second.data()[0] = 'x';
-    second.remove();
-    ASSERT_TRUE(second.unlock());
-    SharedBlock third(name, kBytes, SharedBlock::Scope::User);
-    if (third.attach())
-        GTEST_SKIP() << "this system keeps a block until its last holder goes";
-    EXPECT_FALSE(first.lock(SharedBlock::WhenGone::Fail));
-    ASSERT_TRUE(first.lock());
-    EXPECT_EQ(first.data()[0], 0);
-    first.remove();
-    ASSERT_TRUE(first.unlock());
-}
-
 TEST(SharedBlock, LockExcludesOthersWhileTheBlockComesAndGoes) {
     const QString name = freshName();
     std::atomic<int> inside{0};

@@ -1,7 +1,9 @@
 #include "platform/crash_text.h"
 #include "platform/keep_awake.h"
 #include "platform/named_mapping.h"
+#include "platform/process.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -125,4 +127,19 @@ TEST(CrashReport, AFullFileIsBegunAnew) {
     ASSERT_TRUE(child.waitForFinished(60000));
     EXPECT_EQ(child.exitCode(), 0);
     EXPECT_FALSE(QFileInfo::exists(path));
+}
+
+TEST(Process, OnlyALivingProcessOfThisProgramCounts) {
+    EXPECT_TRUE(isThisProgramRunning(QCoreApplication::applicationPid()));
+    for (const qint64 pid : {qint64{0}, qint64{-1}, qint64{1} << 40, qint64{0x7ffffff0}})
+        EXPECT_FALSE(isThisProgramRunning(pid)) << pid;
+
+    QProcess other;
+    other.start(QStringLiteral(CRASH_TEST_CHILD), {QString(), QStringLiteral("wait")});
+    ASSERT_TRUE(other.waitForStarted());
+    const qint64 pid = other.processId();
+    EXPECT_FALSE(isThisProgramRunning(pid)); // lives, but is another program
+    other.kill();
+    other.waitForFinished();
+    EXPECT_FALSE(isThisProgramRunning(pid));
 }

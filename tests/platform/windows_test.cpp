@@ -1,5 +1,7 @@
+#include "platform/file_sync.h"
 #include "platform/keep_awake.h"
 #include "platform/named_mapping.h"
+#include "platform/power.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/special_folders.h"
@@ -11,9 +13,21 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QVector>
 
 #include <gtest/gtest.h>
+// The first declares what the second needs.
+// clang-format off
 #include <windows.h>
+#include <powrprof.h>
+// clang-format on
+
+// The entries of this program's import table, as the linker names them.
+extern "C" {
+extern decltype(GetUserNameW)* __imp_GetUserNameW;                       // NOLINT
+extern decltype(InitiateSystemShutdownW)* __imp_InitiateSystemShutdownW; // NOLINT
+extern decltype(SetSuspendState)* __imp_SetSuspendState;                 // NOLINT
+}
 
 namespace {
 /// A key of this process: other tests run beside it.
@@ -52,6 +66,69 @@ void setTheme(DWORD isLight) {
                     REG_DWORD,
                     &isLight,
                     sizeof isLight);
+}
+
+/// One of this program's imports, replaced for as long as the object lives.
+template <typename Function>
+class ReplacedImport {
+  public:
+    ReplacedImport(Function** import, Function* with) : m_import(import), m_real(*import) {
+        set(with);
+    }
+    ~ReplacedImport() { set(m_real); }
+    Q_DISABLE_COPY_MOVE(ReplacedImport)
+
+  private:
+    void set(Function* function) {
+        DWORD before = 0;
+        VirtualProtect(m_import, sizeof *m_import, PAGE_READWRITE, &before);
+        *m_import = function;
+        VirtualProtect(m_import, sizeof *m_import, before, &before);
+    }
+
+    Function** m_import;
+    Function* m_real;
+};
+
+bool hasShutdownPrivilege() {
+    HANDLE token = nullptr;
+    PRIVILEGE_SET wanted{1, PRIVILEGE_SET_ALL_NECESSARY, {}};
+    BOOL isThere = FALSE;
+    OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY | TOKEN_DUPLICATE, &token);
+    LookupPrivilegeValueW(nullptr, L"SeShutdownPrivilege", &wanted.Privilege[0].Luid);
+    HANDLE asked = nullptr;
+    DuplicateToken(token, SecurityIdentification, &asked);
+    PrivilegeCheck(asked, &wanted, &isThere);
+    CloseHandle(asked);
+    CloseHandle(token);
+    return isThere != FALSE;
+}
+
+/// What the system was asked for last, and whether with the right to it.
+struct {
+    QString what;
+    bool isAllowed = false;
+} asked;
+
+BOOL WINAPI
+noShutdown(LPWSTR machine, LPWSTR text, DWORD seconds, BOOL isForced, BOOL isRestarted) {
+    asked = {QStringLiteral("shutdown %1 %2 %3 %4")
+                 .arg(seconds)
+                 .arg(isForced)
+                 .arg(isRestarted)
+                 .arg(machine == nullptr && text != nullptr),
+             hasShutdownPrivilege()};
+    return TRUE;
+}
+
+BOOLEAN WINAPI noSuspend(BOOLEAN isHibernated, BOOLEAN isForced, BOOLEAN isWakeBarred) {
+    asked = {QStringLiteral("suspend %1 %2 %3").arg(isHibernated).arg(isForced).arg(isWakeBarred),
+             hasShutdownPrivilege()};
+    return TRUE;
+}
+
+BOOL WINAPI noUserName(LPWSTR, LPDWORD) {
+    return FALSE;
 }
 
 /// A key of this test, gone again at its end.
@@ -122,6 +199,11 @@ TEST_F(WindowsPlatform, FoldersAndUserAreKnown) {
     const QByteArray before = qgetenv("USERNAME");
     qputenv("USERNAME", "somebody-else");
     EXPECT_EQ(userName(), user);
+    {
+        const ReplacedImport name(&__imp_GetUserNameW, noUserName);
+        EXPECT_EQ(userName(), QStringLiteral("somebody-else"));
+    }
+    EXPECT_EQ(userName(), user);
     qputenv("USERNAME", before);
     EXPECT_FALSE(programArguments(0, nullptr).isEmpty());
 }
@@ -162,18 +244,50 @@ TEST_F(WindowsPlatform, MappingIsSharedByItsName) {
     CloseHandle(other);
 }
 
-/// A path longer than the 260 characters of old.
-TEST_F(WindowsPlatform, LongPathsAreWritten) {
+/// The tagged copy of a recording takes its place, also by a path longer than the 260 characters of
+/// old.
+TEST_F(WindowsPlatform, AFileTakesAnothersPlace) {
     const QTemporaryDir folder;
-    const QString deep = folder.path() + QLatin1Char('/') +
-                         QStringList(QVector<QString>(3, QString(120, QLatin1Char('w'))).toList())
-                             .join(QLatin1Char('/'));
-    ASSERT_TRUE(QDir().mkpath(deep));
-    QFile file(deep + QStringLiteral("/Ärtist – Söng.mp3"));
-    ASSERT_GT(file.fileName().size(), 360);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << file.errorString().toStdString();
-    EXPECT_EQ(file.write("abc"), 3);
-    file.close();
-    EXPECT_TRUE(file.rename(deep + QStringLiteral("/two.mp3")));
-    EXPECT_EQ(QFile(deep + QStringLiteral("/two.mp3")).size(), 3);
+    const QString deep =
+        folder.path() +
+        QString(QStringLiteral("/%1").arg(QString(120, QLatin1Char('w')))).repeated(3);
+    for (const QString& place : {folder.path(), deep}) {
+        ASSERT_TRUE(QDir().mkpath(place));
+        const QString path = place + QStringLiteral("/S\u00F6ng.mp3");
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        QFile copy(path + QStringLiteral(".new"));
+        ASSERT_TRUE(copy.open(QIODevice::WriteOnly));
+        copy.write("tagged");
+        copy.close();
+        EXPECT_FALSE(moveOver(copy.fileName(), path)) << "over a file that somebody has open";
+        EXPECT_TRUE(copy.exists());
+        file.close();
+        EXPECT_TRUE(moveOver(copy.fileName(), path)) << GetLastError();
+        EXPECT_EQ(QFile(path).size(), 6);
+        EXPECT_FALSE(copy.exists());
+        EXPECT_FALSE(moveOver(copy.fileName(), path));
+    }
+}
+
+/// Nothing is shut down: what the system would be asked for is caught.
+TEST_F(WindowsPlatform, PowerIsAskedForWithItsPrivilege) {
+    const ReplacedImport shutdown(&__imp_InitiateSystemShutdownW, noShutdown);
+    const ReplacedImport suspend(&__imp_SetSuspendState, noSuspend);
+    const bool isAllowedBefore = hasShutdownPrivilege();
+    const struct {
+        PowerAction action;
+        const char* expected;
+    } cases[] = {
+        {PowerAction::Shutdown, "shutdown 30 0 0 1"},
+        {PowerAction::Sleep, "suspend 0 0 0"},
+        {PowerAction::Hibernate, "suspend 1 0 0"},
+    };
+    for (const auto& c : cases) {
+        asked = {};
+        EXPECT_TRUE(requestPower(c.action)) << c.expected;
+        EXPECT_EQ(asked.what, QLatin1String(c.expected));
+        EXPECT_TRUE(asked.isAllowed) << c.expected;
+        EXPECT_EQ(hasShutdownPrivilege(), isAllowedBefore);
+    }
 }

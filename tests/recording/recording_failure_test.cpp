@@ -82,26 +82,6 @@ TEST(RecordingFailure, FolderThatCannotBeMadeIsTold) {
     EXPECT_EQ(rig.files.size(), 1U);
 }
 
-TEST(RecordingFailure, VanishedFolderIsMadeAgainWithTheWholeFile) {
-    const QByteArray stream = mp3();
-    RecorderRig rig;
-    rig.options.isMp3CutByteExact = true;
-    QSignalSpy opened(&rig.recorder, &BASS::StreamRecorder::sig_fileOpened);
-    rig.start();
-    rig.recorder.connectionBegan();
-    rig.feedPart(stream.left(60000));
-    ASSERT_TRUE(opened.wait(10000));
-    ASSERT_TRUE(QDir(rig.options.folder).removeRecursively());
-    // the writer looks after its file once a second
-    const QString path = rig.opened.at(0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(path).size() > 0; }, 10000));
-    rig.feedPart(stream.mid(60000));
-    rig.stop();
-    EXPECT_TRUE(rig.errors.empty());
-    ASSERT_EQ(rig.files.size(), 1U);
-    EXPECT_TRUE(rig.joined() == stream);
-}
-
 /// A station whose titles jump to and fro twenty times a second: a file each, and nothing lost.
 TEST(RecordingFailure, FlappingTitlesLoseNothing) {
     const QByteArray stream = lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});

@@ -13,7 +13,19 @@ void makeCloseReset(qintptr socketDescriptor);
 /// failure.
 qint64 readStandardInput(char* data, unsigned size);
 
+/// No line end of the standard streams is translated.
+void makeStandardStreamsBinary();
+
 /// The files of the libraries that a running process has loaded; empty where that cannot be seen.
 QStringList loadedLibraries(qint64 processId);
+
+/// Asks a process to end in order. False: this system has no way to a process without a window.
+bool askToEnd(qint64 processId);
+
+/// Threads of this process.
+int threadCount();
+
+/// What this process holds of the system: files, sockets, on Windows every kind of handle.
+int openFiles();
 
 } // namespace test_system

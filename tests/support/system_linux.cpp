@@ -1,9 +1,12 @@
 #include "support/system.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <csignal>
 
 namespace test_system {
 
@@ -16,6 +19,8 @@ qint64 readStandardInput(char* data, unsigned size) {
     return ::read(STDIN_FILENO, data, size);
 }
 
+void makeStandardStreamsBinary() {}
+
 QStringList loadedLibraries(qint64 processId) {
     QFile maps(QStringLiteral("/proc/%1/maps").arg(processId)); // proc(5): the path comes last
     QStringList paths;
@@ -27,6 +32,20 @@ QStringList loadedLibraries(qint64 processId) {
     }
     paths.removeDuplicates();
     return paths;
+}
+
+bool askToEnd(qint64 processId) {
+    return ::kill(static_cast<pid_t>(processId), SIGTERM) == 0;
+}
+
+int threadCount() {
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    return tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+int openFiles() {
+    const QDir files(QStringLiteral("/proc/self/fd"));
+    return files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
 } // namespace test_system

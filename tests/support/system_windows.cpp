@@ -5,10 +5,14 @@
 #include <winsock2.h>
 #include <windows.h>
 #include <psapi.h>
+#include <tlhelp32.h>
 // clang-format on
+#include <fcntl.h>
+#include <io.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 namespace test_system {
 
@@ -27,6 +31,11 @@ qint64 readStandardInput(char* data, unsigned size) {
     if (ReadFile(GetStdHandle(STD_INPUT_HANDLE), data, size, &count, nullptr))
         return count;
     return GetLastError() == ERROR_BROKEN_PIPE ? 0 : -1;
+}
+
+void makeStandardStreamsBinary() {
+    for (std::FILE* stream : {stdin, stdout, stderr})
+        _setmode(_fileno(stream), _O_BINARY);
 }
 
 QStringList loadedLibraries(qint64 processId) {
@@ -48,6 +57,27 @@ QStringList loadedLibraries(qint64 processId) {
     }
     CloseHandle(process);
     return paths;
+}
+
+bool askToEnd(qint64) {
+    return false;
+}
+
+int threadCount() {
+    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    int count = 0;
+    for (BOOL isThere = Thread32First(all, &entry); isThere; isThere = Thread32Next(all, &entry))
+        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    CloseHandle(all);
+    return count;
+}
+
+int openFiles() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return static_cast<int>(count);
 }
 
 } // namespace test_system

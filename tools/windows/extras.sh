@@ -22,7 +22,7 @@ fetch() { # source package: unpacked to $work/src/<package>
     (cd "$work/src" && apt-get source -qq -o APT::Sandbox::User=root --download-only "$1" &&
         dpkg-source --no-check -x "$1"_*.dsc "$1.new" && rm -f "$1"_* && mv "$1.new" "$1") \
         > "$work/fetch.log" 2>&1 || {
-        echo "windows: the source package $1 cannot be fetched: $(tail -n 1 "$work/fetch.log")" >&2
+        echo "windows: the source package $1 cannot be fetched: $(grep -m 1 '^E' "$work/fetch.log" | sed 's/Failed to fetch [^ ]* *//')" >&2
         exit 1
     }
 }
@@ -58,6 +58,10 @@ with_configure() { # source package, options...
 }
 
 ffmpeg() {
+    # Windows tells of a refused connection as an exception of the socket, which is not looked at where
+    # only writing is waited for: every refusal would last as long as the time limit.
+    sed -i 's/events & POLLERR)/events \& (POLLERR | POLLOUT))/' "$work/src/ffmpeg/libavformat/os_support.c"
+    grep -q 'POLLERR | POLLOUT' "$work/src/ffmpeg/libavformat/os_support.c" || return 1
     PKG_CONFIG_LIBDIR=$deps/lib/pkgconfig "$work/src/ffmpeg/configure" --prefix="$deps" \
         --enable-cross-compile --cross-prefix=$host- --target-os=mingw32 --arch=x86_64 \
         --pkg-config=pkg-config --pkg-config-flags=--static --disable-x86asm --enable-shared --disable-static \
@@ -82,7 +86,13 @@ svg() {
         make -j "$(nproc)" && make install
 }
 
-mkdir -p "$work"
+mkdir -p "$work/bin"
+if command -v ccache > /dev/null; then # by the compilers' names, whatever asks for them
+    for name in gcc g++ gcc-posix g++-posix; do
+        ln -sf "$(command -v ccache)" "$work/bin/$host-$name"
+    done
+    PATH=$work/bin:$PATH
+fi
 for package in libogg libvorbis opus ffmpeg qtsvg-opensource-src; do
     fetch "$package"
 done

@@ -1,5 +1,7 @@
 #include "audio/ffmpeg/hls_source.h"
 
+#include "audio/ffmpeg/http_source.h"
+#include "audio/ffmpeg/local_source.h"
 #include "audio/ffmpeg/stream_tap.h"
 #include "audio/ffmpeg/url_text.h"
 #include "base/log.h"
@@ -106,7 +108,7 @@ void HlsSource::stop() {
 void HlsSource::resume() {
     m_net.call([self = shared_from_this()] {
         if (self->m_transfer)
-            self->m_net.resume(self->m_transfer);
+            self->m_transfer->resume();
         else
             self->fetchNext();
     });
@@ -124,7 +126,7 @@ void HlsSource::close() {
     m_isClosed = true;
     for (Transfer* const slot : {&m_playlistTransfer, &m_transfer}) {
         if (*slot)
-            m_net.stop(*slot);
+            (*slot)->stop();
         slot->reset();
     }
 }
@@ -147,19 +149,24 @@ HlsSource::Transfer HlsSource::fetch(const HlsResource& resource, OnBytes onByte
     request.wantsTitles = false;
     if (request.readTimeout.count() <= 0)
         request.readTimeout = kLongestSilence;
-    auto transfer = std::make_shared<HttpTransfer>(
-        std::move(request),
-        std::make_shared<Fetch>(weak_from_this(), std::move(onBytes), std::move(onEnd)));
-    m_net.start(transfer);
+    auto sink = std::make_shared<Fetch>(weak_from_this(), std::move(onBytes), std::move(onEnd));
+    Transfer transfer;
+    if (m_request.isFileAllowed && LocalSource::takes(request.url))
+        transfer = std::make_shared<LocalSource>(m_net, request, std::move(sink));
+    else
+        transfer = std::make_shared<HttpSource>(m_net, std::move(request), std::move(sink));
+    transfer->start();
     return transfer;
 }
 
 std::string HlsSource::resolved(const std::string& uri) const {
-    return resolvedUrl(m_base.empty() ? m_url : m_base, uri);
+    const std::string& base = m_base.empty() ? m_url : m_base;
+    std::string url = resolvedUrl(base, uri);
+    // what comes from the network may not name the user's files
+    return LocalSource::takes(url) && !LocalSource::takes(base) ? std::string() : url;
 }
 
 // --- playlists
-// ------------------------------------------------------------------------------------
 
 void HlsSource::fetchPlaylist() {
     m_text.clear();
@@ -178,8 +185,7 @@ bool HlsSource::playlistBytes(const Answer& /*answer*/,
     m_text.append(reinterpret_cast<const char*>(data), size);
     if (mayBeHlsPlaylist(m_text) && m_text.size() <= kMostPlaylistBytes)
         return true;
-    m_net.stop(m_playlistTransfer);
-    m_playlistTransfer.reset();
+    std::exchange(m_playlistTransfer, {})->stop();
     playlistFailed(BASS_ERROR_FILEFORM);
     return false;
 }
@@ -215,7 +221,7 @@ bool HlsSource::tryNextChoice() {
     if (m_choices.empty())
         return false;
     if (m_transfer)
-        m_net.stop(std::exchange(m_transfer, {}));
+        std::exchange(m_transfer, {})->stop();
     m_url = m_choices.back();
     m_choices.pop_back();
     ++m_round;
@@ -263,7 +269,6 @@ void HlsSource::scheduleReload(bool hasNew) {
 }
 
 // --- segments
-// -------------------------------------------------------------------------------------
 
 void HlsSource::fetchNext() {
     while (!m_isClosed && m_isPlaying && !m_isBusy) {
@@ -465,7 +470,6 @@ bool HlsSource::decrypt() {
 }
 
 // --- audio
-// ----------------------------------------------------------------------------------------
 
 void HlsSource::streamBegins(FramedCodec codec) {
     double length = 0.0;

@@ -40,7 +40,7 @@ class HlsSource final : public StreamSource,
 
   private:
     class Fetch;
-    using Transfer = std::shared_ptr<HttpTransfer>;
+    using Transfer = std::shared_ptr<StreamSource>;
     struct Answer {
         int error = 0;
         int status = 0;

@@ -81,7 +81,7 @@ void HttpTransfer::configure() {
     Curl& c = *m_curl;
     c.set(CURLOPT_URL, m_request.url.c_str());
     c.set(CURLOPT_USERAGENT, m_request.userAgent.c_str());
-    c.set(CURLOPT_PROTOCOLS_STR, m_request.isFileAllowed ? "http,https,file" : "http,https");
+    c.set(CURLOPT_PROTOCOLS_STR, "http,https");
     c.set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     c.set(CURLOPT_FOLLOWLOCATION, 1L);
     c.set(CURLOPT_MAXREDIRS, kMaxRedirects);

@@ -33,14 +33,14 @@ class TransferSink {
 };
 
 struct HttpRequest {
-    std::string url; ///< http or https; where isFileAllowed also file
+    std::string url; ///< http or https
     std::string userAgent;
     std::string proxy;                             ///< "[user:password@]host:port"; empty: none
     std::chrono::milliseconds answerTimeout{5000}; ///< until the first byte of the body
     std::chrono::milliseconds readTimeout{0};      ///< longest silence after that; 0: no limit
     std::uint64_t offset = 0;                      ///< first byte wanted
     std::uint64_t length = 0;                      ///< bytes wanted; 0: to the end
-    bool isFileAllowed = false;                    ///< what the user's own files name
+    bool isFileAllowed = false;                    ///< for a playlist that is the user's own file
     bool wantsTitles = true;                       ///< ask for ICY title blocks
 };
 

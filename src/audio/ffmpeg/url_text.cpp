@@ -63,6 +63,11 @@ std::string requestUrl(const std::string& url) {
 }
 
 std::string resolvedUrl(const std::string& base, const std::string& relative) {
+    const QUrl address = QUrl::fromEncoded(QByteArray::fromStdString(base));
+    if (address.isLocalFile()) // which the library below knows in its own system's spelling only
+        return address.resolved(QUrl(QString::fromStdString(relative)))
+            .toEncoded(QUrl::FullyEncoded)
+            .toStdString();
     constexpr unsigned kFlags = CURLU_ALLOW_SPACE | CURLU_NON_SUPPORT_SCHEME;
     const std::unique_ptr<CURLU, FreeUrl> url(curl_url());
     if (curl_url_set(url.get(), CURLUPART_URL, base.c_str(), kFlags) != CURLUE_OK ||

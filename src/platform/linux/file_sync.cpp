@@ -1,5 +1,6 @@
 #include "platform/file_sync.h"
 
+#include <QByteArray>
 #include <QFile>
 
 #include <unistd.h>
@@ -17,4 +18,10 @@ bool syncFile(const QFile& file) {
 
 bool moveOver(const QString& from, const QString& to) {
     return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+bool appendTo(const QString& path, const QByteArray& bytes) {
+    QFile file(path); // open(2): with O_APPEND nobody writes between the seek and the write
+    return file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered) &&
+           file.write(bytes) == bytes.size();
 }

@@ -1,12 +1,18 @@
 #include "recording/audio_tools.h"
 #include "recording/recorder_rig.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <csignal>
+
+// What cannot be made to happen on Windows: no process there can be given a limit for its files,
+// and the folder of an open file stays.
 
 namespace {
 
@@ -57,4 +63,24 @@ TEST(RecordingFailure, FullDiskEndsTheRecordingAndKeepsWhatIsThere) {
     const Decoded decoded = decodedByFfmpeg(rig.files[0].path);
     EXPECT_EQ(decoded.messages.toStdString(), "");
     EXPECT_GT(decoded.samples.size(), 2U * 44100U * 2U);
+}
+
+TEST(RecordingFailure, VanishedFolderIsMadeAgainWithTheWholeFile) {
+    const QByteArray stream = lameEncoded({QStringLiteral("-b"), QStringLiteral("128")});
+    RecorderRig rig;
+    rig.options.isMp3CutByteExact = true;
+    QSignalSpy opened(&rig.recorder, &BASS::StreamRecorder::sig_fileOpened);
+    rig.start();
+    rig.recorder.connectionBegan();
+    rig.feedPart(stream.left(60000));
+    ASSERT_TRUE(opened.wait(10000));
+    ASSERT_TRUE(QDir(rig.options.folder).removeRecursively());
+    // the writer looks after its file once a second
+    const QString path = rig.opened.at(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(path).size() > 0; }, 10000));
+    rig.feedPart(stream.mid(60000));
+    rig.stop();
+    EXPECT_TRUE(rig.errors.empty());
+    ASSERT_EQ(rig.files.size(), 1U);
+    EXPECT_TRUE(rig.joined() == stream);
 }
