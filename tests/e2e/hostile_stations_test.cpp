@@ -49,7 +49,7 @@ struct Run {
 
     void end() {
         EXPECT_TRUE(program.waitForOutput(QString::fromLatin1(row.said), kLimit));
-        program.terminate();
+        EXPECT_TRUE(program.askToEnd());
         ASSERT_TRUE(program.waitForEnd(kLimit));
         EXPECT_FALSE(program.isCrashed());
         EXPECT_EQ(program.exitCode(), 0);

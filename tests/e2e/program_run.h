@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/system.h"
+
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -38,6 +40,7 @@ class ProgramRun {
     bool waitForLog(const QString& text, std::chrono::seconds limit);
     void kill();
     /// Asks it to end in order.
+    bool askToEnd() { return test_system::askToEnd(m_process.processId()); }
     [[nodiscard]] int exitCode() const { return m_process.exitCode(); }
     [[nodiscard]] bool isCrashed() const { return m_process.exitStatus() == QProcess::CrashExit; }
     [[nodiscard]] QString output();

@@ -19,7 +19,7 @@ void makeStandardStreamsBinary();
 /// The files of the libraries that a running process has loaded; empty where that cannot be seen.
 QStringList loadedLibraries(qint64 processId);
 
-/// Asks a process to end in order. False: this system has no way to a process without a window.
+/// Asks a process to end in order. False: it cannot be reached.
 bool askToEnd(qint64 processId);
 
 /// Threads of this process.

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <vector>
 
 namespace test_system {
 
@@ -59,19 +60,33 @@ QStringList loadedLibraries(qint64 processId) {
     return paths;
 }
 
-bool askToEnd(qint64) {
-    return false;
-}
+namespace {
 
-int threadCount() {
+std::vector<DWORD> threadsOf(DWORD processId) {
     const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     THREADENTRY32 entry{};
     entry.dwSize = sizeof entry;
-    int count = 0;
-    for (BOOL isThere = Thread32First(all, &entry); isThere; isThere = Thread32Next(all, &entry))
-        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    std::vector<DWORD> threads;
+    for (BOOL isThere = Thread32First(all, &entry); isThere; isThere = Thread32Next(all, &entry)) {
+        if (entry.th32OwnerProcessID == processId)
+            threads.push_back(entry.th32ThreadID);
+    }
     CloseHandle(all);
-    return count;
+    return threads;
+}
+
+} // namespace
+
+/// By the message that ends a thread's event loop, for there is no window to close.
+bool askToEnd(qint64 processId) {
+    bool isAsked = false;
+    for (const DWORD thread : threadsOf(static_cast<DWORD>(processId)))
+        isAsked = PostThreadMessageW(thread, WM_QUIT, 0, 0) != 0 || isAsked;
+    return isAsked;
+}
+
+int threadCount() {
+    return static_cast<int>(threadsOf(GetCurrentProcessId()).size());
 }
 
 int openFiles() {
