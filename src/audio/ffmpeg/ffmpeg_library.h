@@ -105,6 +105,12 @@ class FfmpegLibrary final : public AudioLibrary {
         DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
     HENCODE Encode_Start(
         DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_StartAs(DWORD handle,
+                           const void* commandLine,
+                           const ProgramInput& input,
+                           DWORD flags,
+                           ENCODEPROC* proc,
+                           void* user) override;
     DWORD Encode_IsActive(DWORD handle) override;
     bool Encode_SetPaused(HENCODE handle, bool isPaused) override;
     bool Encode_StopEx(DWORD handle, bool queue) override;
