@@ -64,6 +64,22 @@ class AudioEncoding {
     virtual HENCODE Encode_Start(
         DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) = 0;
 
+    /// What a program reads.
+    struct ProgramInput {
+        DWORD rate = 0;     ///< Hz; 0: the channel's
+        DWORD channels = 0; ///< 0: the channel's
+    };
+    /// Not of the library's own: as Encode_Start(), for a program that takes samples of one kind
+    /// only. BASS_ERROR_FORMAT: this library cannot convert the channel's.
+    virtual HENCODE Encode_StartAs(DWORD handle,
+                                   const void* commandLine,
+                                   const ProgramInput& /*input*/,
+                                   DWORD flags,
+                                   ENCODEPROC* proc,
+                                   void* user) {
+        return Encode_Start(handle, commandLine, flags, proc, user);
+    }
+
     /// BASS_ACTIVE_PLAYING, BASS_ACTIVE_PAUSED, or BASS_ACTIVE_STOPPED (0): not there, ended or
     /// failed. handle: an encoder, or a channel for "any of its encoders".
     virtual DWORD Encode_IsActive(DWORD handle) = 0;

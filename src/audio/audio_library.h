@@ -102,6 +102,24 @@ class AudioLibrary : public AudioEncoding {
     /// Number 0 is the system's default; false with BASS_ERROR_DEVICE past the end.
     virtual bool RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) = 0;
 
+    /// Not of the library's own: a stream whose bytes the caller brings, for encoders alone. It is
+    /// not heard; from ChannelPlay() on it is decoded as fast as its encoders take it, and shaped
+    /// as a new channel is. Without what is decoded from bytes before `begin`, which only help to
+    /// decode the rest. Returns when the first audio is there, so `data` must hold some. 0: it does
+    /// not, or this library has no such streams.
+    virtual HSTREAM StreamCreatePush(const void* /*data*/, QWORD /*length*/, QWORD /*begin*/) {
+        return 0;
+    }
+    /// More bytes; returns at once. At most 32 MB wait.
+    virtual bool StreamPutData(HSTREAM /*handle*/, const void* /*data*/, QWORD /*length*/) {
+        return false;
+    }
+    /// What follows comes from another connection, and may be of another format.
+    virtual bool StreamPutGap(HSTREAM /*handle*/) { return false; }
+    /// Nothing follows. Once all is decoded the encoders end as with Encode_StopEx(handle, true);
+    /// StreamFree() waits for that, where ChannelPlay() was called.
+    virtual bool StreamPutEnd(HSTREAM /*handle*/) { return false; }
+
     virtual bool StreamFree(HSTREAM handle) = 0;
     /// mode: BASS_FILEPOS_...; all ones on failure.
     virtual QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) = 0;

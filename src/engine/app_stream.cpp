@@ -37,12 +37,13 @@ AppStream::AppStream(std::shared_ptr<BASS::AudioLibrary> audioLibrary, QObject* 
     m_infoTimer.setInterval(kInfoInterval);
     connect(
         &m_infoTimer, &QTimer::timeout, this, [this] { emit sig_streamInfoChanged(streamInfo()); });
+    m_recorder.setTailKept(true);
     connect(&m_recorder, &BASS::StreamRecorder::sig_finished, this, &AppStream::recordingFinished);
 }
 
 AppStream::~AppStream() {
     endWorkers();
-    m_encoder.stop();
+    m_encoder.finish();
     disconnectChannels(0ms);
     m_recorder.stopAndWait();
     m_originals.stopAndWait();
@@ -126,6 +127,7 @@ void AppStream::startRecording(const BASS::RecordingOptions& options) {
 
 void AppStream::startEncoding(const BASS::RecordingOptions& options) {
     const BASS::Song song = arrivedSong();
+    const BASS::Song heard = this->song();
     if (options.isOriginalKept) {
         BASS::RecordingOptions original = options;
         original.folder += QStringLiteral("/Originals");
@@ -133,14 +135,14 @@ void AppStream::startEncoding(const BASS::RecordingOptions& options) {
         original.hasTrackList = original.isTitleListKept = false; // one list is enough
         m_originals.start(original, song);
     }
-    m_encoder.start(options, song, m_current.handle);
+    m_encoder.start(options, heard.isEmpty() ? song : heard, m_current.handle);
 }
 
 void AppStream::recordingFinished() {
     m_isRecorderOn = m_recorder.isRunning();
     if (!m_isRecorderOn) {
         // the files may have ended by themselves: nothing is left to encode for
-        m_encoder.stop();
+        m_encoder.finish();
         m_originals.stop();
         tellPaused(false);
     }
@@ -472,10 +474,12 @@ void AppStream::connectionBegan(const char* headers) {
     Stream::connectionBegan(headers);
     m_recorder.connectionBegan();
     m_originals.connectionBegan();
+    m_encoder.connectionBegan();
 }
 
 void AppStream::audioBytes(const char* data, qint64 bytes) {
-    m_recorder.append(data, bytes);
+    const qint64 end = m_recorder.append(data, bytes);
+    m_encoder.audioBytes(data, bytes, end);
     m_originals.append(data, bytes);
 }
 

@@ -34,15 +34,18 @@ ChannelEncoder::ChannelEncoder(AudioLibrary& library,
 }
 
 ChannelEncoder::~ChannelEncoder() {
-    stop();
+    finish();
 }
 
 void ChannelEncoder::start(const RecordingOptions& options, const Song& song, DWORD channel) {
-    m_recorder.startEncoded(options);
+    finish();
     m_watch.start();
     bool hasBegun = true;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        const QWORD taken = m_library.StreamGetFilePosition(channel, BASS_FILEPOS_CURRENT);
+        const qint64 decoded = taken == ~QWORD{0} ? 0 : static_cast<qint64>(taken);
+        const PastStream past = m_recorder.startEncoded(options, song, decoded);
         m_options = options;
         m_song = song;
         m_awaited.reset();
@@ -51,11 +54,36 @@ void ChannelEncoder::start(const RecordingOptions& options, const Song& song, DW
         m_isBetween = false;
         m_leaving.clear();
         m_unwanted = 0;
+        if (channel != 0 && !past.bytes.isEmpty())
+            beginPast(past);
+        if (m_push != 0)
+            channel = m_push;
         if (channel != 0)
             hasBegun = begin(channel);
+        if (m_push != 0 && hasBegun) {
+            for (const Song& title : past.titles)
+                takeTitle(title);
+            m_library.ChannelPlay(m_push, false);
+        }
     }
     if (!hasBegun)
         stop();
+}
+
+/// With the mutex held, so that the next bytes come behind these.
+void ChannelEncoder::beginPast(const PastStream& past) {
+    m_push = m_library.StreamCreatePush(past.bytes.constData(),
+                                        static_cast<QWORD>(past.bytes.size()),
+                                        static_cast<QWORD>(past.begin));
+    if (m_push == 0)
+        return; // it begins with what is decoded next
+    m_song = past.song;
+    m_pushed = past.bytes.size();
+    m_pushEnd = past.end;
+    m_pushOffset = past.connectionOffset;
+    qCInfo(lcEngine,
+           "encoder begins in the buffer bytes=%lld",
+           static_cast<long long>(m_pushed - past.begin));
 }
 
 /// False: no encoder; the recorder knows why.
@@ -96,7 +124,9 @@ void ChannelEncoder::setChannel(DWORD channel) {
         if (!m_isActive)
             return;
         m_isBetween = false;
-        if (m_holder.encoder() == 0)
+        if (m_push != 0)
+            m_recorder.feedEncoded([](EncodedSession& files) { files.connectionBack(); }, 0);
+        else if (m_holder.encoder() == 0)
             hasBegun = begin(channel);
         else
             moveTo(channel);
@@ -131,10 +161,26 @@ void ChannelEncoder::stop() {
         if (!m_isActive)
             return;
         m_isActive = false;
-        m_holder.stop();
+        if (m_push != 0) {
+            m_library.StreamPutEnd(m_push); // ends the encoder behind its last byte
+            m_holder.cutTo(0);
+        } else {
+            m_holder.stop();
+        }
     }
     m_watch.stop();
     m_recorder.stop();
+}
+
+void ChannelEncoder::finish() {
+    stop();
+    DWORD pushed = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        pushed = std::exchange(m_push, 0);
+    }
+    if (pushed != 0)
+        m_library.StreamFree(pushed);
 }
 
 bool ChannelEncoder::isActive() const {
@@ -146,11 +192,38 @@ bool ChannelEncoder::isActive() const {
 
 void ChannelEncoder::connectionEnded() {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_isBetween = m_isActive && m_holder.encoder() != 0;
+    m_isBetween = m_isActive && m_push == 0 && m_holder.encoder() != 0;
+}
+
+void ChannelEncoder::connectionBegan() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_isActive || m_push == 0)
+        return;
+    m_library.StreamPutGap(m_push);
+    m_pushOffset = m_pushed;
+}
+
+void ChannelEncoder::audioBytes(const char* data, qint64 bytes, qint64 end) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_isActive || m_push == 0 || end <= m_pushEnd)
+        return; // or the buffer had them already
+    m_library.StreamPutData(m_push, data, static_cast<QWORD>(bytes));
+    m_pushed += bytes;
+    m_pushEnd = end;
+}
+
+/// The song's place in what is encoded.
+QWORD ChannelEncoder::placeOf(const Song& song) const {
+    const qint64 offset = m_push != 0 ? m_pushOffset : 0;
+    return static_cast<QWORD>(std::max<qint64>(0, song.position + offset));
 }
 
 void ChannelEncoder::cutAt(const Song& song) {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    takeTitle(song);
+}
+
+void ChannelEncoder::takeTitle(const Song& song) {
     if (!m_isActive || m_unwanted != 0)
         return;
     if (m_options.mode == RecordMode::NoSplit) {
@@ -171,8 +244,7 @@ void ChannelEncoder::cutBefore(const Song& song) {
     const bool isLast = m_options.mode == RecordMode::SingleSong && !m_song.isEmpty();
     m_song = song;
     const HENCODE old = m_holder.encoder();
-    const auto position = static_cast<QWORD>(std::max<qint64>(0, song.position));
-    const HENCODE next = goOnInNext(position, delayOf(m_options));
+    const HENCODE next = goOnInNext(placeOf(song), delayOf(m_options));
     if (next == 0) {
         // one cut is waited for already; its file gets the newest name
         nameFile(old, song);

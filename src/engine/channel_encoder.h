@@ -15,6 +15,7 @@
 namespace BASS {
 
 class StreamRecorder;
+struct PastStream;
 
 /// Encodes the channel that plays into the recorder's files, one encoder a file. A cut lies at the
 /// sample that belongs to the title's place in the stream.
@@ -33,6 +34,9 @@ class ChannelEncoder final : public QObject {
     ~ChannelEncoder() override;
 
     /// Begins the recorder's session. channel 0: setChannel() brings one later.
+    /// Where the recorder's buffer holds the beginning of `song` (of all, without splitting), it
+    /// begins there: what has been received is decoded once more, for the encoder alone, and so is
+    /// what comes. Then it does not matter whether the channel plays.
     void start(const RecordingOptions& options, const Song& song, DWORD channel);
     /// The stream goes on in another channel; before the old one is freed.
     void setChannel(DWORD channel);
@@ -41,9 +45,14 @@ class ChannelEncoder final : public QObject {
     void connectionLost();
     /// What is queued is encoded, then the recording ends. Returns at once.
     void stop();
+    /// Waits until all of it is encoded. For shutdown, and for what has ended.
+    void finish();
     [[nodiscard]] bool isActive() const;
 
     // --- network thread
+    /// `end`: the place behind the bytes, as the recorder counts.
+    void audioBytes(const char* data, qint64 bytes, qint64 end);
+    void connectionBegan();
     /// A new track begins at the song's position.
     void cutAt(const Song& song);
     /// Titles that come from now on count from the beginning of the next channel.
@@ -59,10 +68,13 @@ class ChannelEncoder final : public QObject {
 
     // with the mutex held
     [[nodiscard]] bool begin(DWORD channel);
+    void beginPast(const PastStream& past);
+    [[nodiscard]] QWORD placeOf(const Song& song) const;
     [[nodiscard]] bool hasStopped();
     void splitByTime();
     HENCODE goOnInNext(QWORD position, DWORD delayMs);
     void moveTo(DWORD channel);
+    void takeTitle(const Song& song);
     void cutBefore(const Song& song);
     void nameFile(HENCODE encoder, const Song& song);
 
@@ -83,6 +95,10 @@ class ChannelEncoder final : public QObject {
     bool m_isBetween = false;    ///< the connection has ended, its channel is still encoded
     std::set<HENCODE> m_leaving; ///< end by a cut
     HENCODE m_unwanted = 0;      ///< begins where a single song ends
+    DWORD m_push = 0;            ///< a stream of our own that is encoded; 0: the channel is
+    qint64 m_pushed = 0;         ///< bytes given to it
+    qint64 m_pushEnd = 0;        ///< place behind them, as the recorder counts
+    qint64 m_pushOffset = 0;     ///< place in it of the connection's first byte
 };
 
 } // namespace BASS

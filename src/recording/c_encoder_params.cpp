@@ -8,6 +8,7 @@ namespace {
 constexpr int kWmaBitrate = 128000;
 constexpr int kSampleRate = 44100;
 constexpr int kChannels = 2;
+constexpr int kLowRate = 32000; ///< the lower of the two that AAC+ knows
 
 int bitsPerSecond(int bitrate) {
     return bitrate > 0 && bitrate < 1000 ? bitrate * 1000 : bitrate;
@@ -42,12 +43,49 @@ QString lameArguments(const ExternalEncoding& encoding) {
     return line + QStringLiteral(" - -");
 }
 
-QString aacPlusArguments(const ExternalEncoding& encoding) {
-    constexpr int kLowRate = 32000;
-    constexpr int kBitrate = 64000;
+int aacPlusRate(const ExternalEncoding& encoding) {
     const bool isLow = encoding.sampleRate > 0 && encoding.sampleRate <= kLowRate;
+    return isLow ? kLowRate : kSampleRate;
+}
+
+/// The value of a short option, joined to it or behind a blank; empty: not there.
+QString optionValue(const QString& arguments, const QString& option) {
+    const QStringList words = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (int n = 0; n < words.size(); ++n) {
+        if (words[n] == option)
+            return words.value(n + 1);
+        if (words[n].startsWith(option))
+            return words[n].mid(option.size());
+    }
+    return {};
+}
+
+bool hasOption(const QString& arguments, const QString& option) {
+    return arguments.split(QLatin1Char(' ')).contains(option);
+}
+
+/// The user's own arguments for LAME: raw samples are 44.1 kHz stereo where they say nothing else.
+ExternalInput lameInput(const QString& own, const ExternalInput& stream) {
+    if (!hasOption(own, QStringLiteral("-r")))
+        return {stream.sampleRate, stream.channels, true};
+    const double kilohertz = optionValue(own, QStringLiteral("-s")).toDouble();
+    const bool isMono = optionValue(own, QStringLiteral("-m")).startsWith(QLatin1Char('m'));
+    return {kilohertz > 0 ? qRound(kilohertz * 1000) : kSampleRate, isMono ? 1 : kChannels, false};
+}
+
+/// As above for FAAC.
+ExternalInput faacInput(const QString& own, const ExternalInput& stream) {
+    if (!hasOption(own, QStringLiteral("-P")))
+        return {stream.sampleRate, stream.channels, true};
+    const int rate = optionValue(own, QStringLiteral("-R")).toInt();
+    const int channels = optionValue(own, QStringLiteral("-C")).toInt();
+    return {rate > 0 ? rate : kSampleRate, channels > 0 ? channels : kChannels, false};
+}
+
+QString aacPlusArguments(const ExternalEncoding& encoding) {
+    constexpr int kBitrate = 64000;
     QString line = QStringLiteral("- - --silent --rawpcm %1 %2 16")
-                       .arg(isLow ? kLowRate : kSampleRate)
+                       .arg(aacPlusRate(encoding))
                        .arg(encoding.channels > 0 ? encoding.channels : kChannels);
     if (!encoding.userArguments.isEmpty())
         line += QLatin1Char(' ') + encoding.userArguments;
@@ -303,6 +341,26 @@ QString externalArguments(int encoder, const ExternalEncoding& encoding) {
         return aacArguments(encoding, rate, channels);
     default:
         return {};
+    }
+}
+
+ExternalInput
+externalInput(int encoder, const ExternalEncoding& encoding, const QString& arguments) {
+    const ExternalInput stream{encoding.sampleRate > 0 ? encoding.sampleRate : kSampleRate,
+                               encoding.channels > 0 ? encoding.channels : kChannels,
+                               false};
+    const bool isOwn = !encoding.userArguments.isEmpty();
+    switch (encoder) {
+    case EncoderMp3:
+        if (isOwn)
+            return lameInput(arguments, stream);
+        return {stream.sampleRate, stream.channels == 1 ? 1 : kChannels, false};
+    case EncoderAac:
+        return isOwn ? faacInput(arguments, stream) : stream;
+    case EncoderAacPlus:
+        return {aacPlusRate(encoding), stream.channels, false};
+    default:
+        return stream;
     }
 }
 

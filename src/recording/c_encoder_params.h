@@ -84,4 +84,15 @@ struct ExternalEncoding {
 /// The arguments behind the program's name; empty for codes without an external encoder.
 QString externalArguments(int encoder, const ExternalEncoding& encoding);
 
+/// The samples that a program reads which is started with these arguments.
+struct ExternalInput {
+    int sampleRate = 0;
+    int channels = 0;
+    bool hasHeader = false; ///< a WAV header comes first: it was not told the format
+};
+/// `arguments`: as externalArguments() has built them. The user's own may name another format than
+/// the stream's, or none.
+ExternalInput
+externalInput(int encoder, const ExternalEncoding& encoding, const QString& arguments);
+
 } // namespace BASS

@@ -1,6 +1,7 @@
 #include "recording/c_record.h"
 
 #include <cmath>
+#include <utility>
 
 namespace BASS {
 
@@ -15,6 +16,7 @@ bool CRecord::open(const QString& path, const Song& song, CutStart start) {
     if (!m_recording.open(path))
         return false;
     m_song = song;
+    m_isNew = true;
     m_writer = makeCutWriter(m_recording, std::move(start));
     return true;
 }
@@ -28,8 +30,8 @@ void CRecord::takeBack(const FrameHistory& frames) {
 }
 
 void CRecord::flush() {
-    // a name without anything behind it should not be what a crash leaves
-    if (m_recording.size() == 0)
+    // headers without any sound behind them should not be what a crash leaves
+    if (std::exchange(m_isNew, false))
         m_writer->flush();
     m_recording.flush();
 }

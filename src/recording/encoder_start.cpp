@@ -157,12 +157,20 @@ HENCODE startExternal(AudioLibrary& library, const EncoderRequest& request) {
     const QString program = findEncoderProgram(request.encoder);
     if (program.isEmpty())
         return 0;
-    const QString line = QDir::toNativeSeparators(program) + QLatin1Char(' ') +
-                         externalArguments(request.encoder, externalEncoding(library, request)) +
+    const ExternalEncoding encoding = externalEncoding(library, request);
+    const QString arguments = externalArguments(request.encoder, encoding);
+    const ExternalInput input = externalInput(request.encoder, encoding, arguments);
+    const QString line = QDir::toNativeSeparators(program) + QLatin1Char(' ') + arguments +
                          pipeArguments(request.encoder);
     qCInfo(lcRecording).noquote() << "startEncoder external" << line;
-    const DWORD flags = BASS_UNICODE | BASS_ENCODE_NOHEAD | BASS_ENCODE_FP_16BIT;
-    return library.Encode_Start(request.channel, line.utf16(), flags, request.proc, request.user);
+    const DWORD header = input.hasHeader ? 0 : BASS_ENCODE_NOHEAD;
+    return library.Encode_StartAs(
+        request.channel,
+        line.utf16(),
+        {static_cast<DWORD>(input.sampleRate), static_cast<DWORD>(input.channels)},
+        BASS_UNICODE | BASS_ENCODE_FP_16BIT | header,
+        request.proc,
+        request.user);
 }
 
 } // namespace

@@ -96,9 +96,12 @@ struct StreamRecorder::Private {
     void put(Item item);
     void appendQueued(const char* data, qint64 bytes);
     [[nodiscard]] ConnectionItem joinItem() const;
+    [[nodiscard]] PastStream pastStream(const Song& song, bool isWhole, qint64 decoded) const;
     void startSession(StartItem item);
     void appendBuffered(const char* data, qint64 bytes);
     [[nodiscard]] bool isBuffering() const { return !isFed && buffer != nullptr; }
+    /// The user wants it, and there is one.
+    [[nodiscard]] bool hasBuffer() const { return isBuffering() && bufferBytes > 0; }
 
     // writer thread
     void run();
@@ -135,6 +138,7 @@ struct StreamRecorder::Private {
     StreamHeaderKeeper keeper;
     int queuedSessions = 0;
     qint64 bufferBytes = 0; ///< 0: no buffer
+    bool isTailKept = false;
     std::unique_ptr<RecordingBuffer> buffer;
     std::atomic<int> progressMs{kProgressMs};
 
@@ -199,10 +203,11 @@ void StreamRecorder::Private::appendQueued(const char* data, qint64 bytes) {
 
 /// The buffer is made when there is something to keep; it goes into the recording that starts.
 void StreamRecorder::Private::appendBuffered(const char* data, qint64 bytes) {
-    if (bufferBytes == 0)
+    const qint64 wanted = bufferBytes > 0 ? bufferBytes : isTailKept ? kMegabyte : 0;
+    if (wanted == 0)
         return;
     if (!buffer) {
-        buffer = std::make_unique<RecordingBuffer>(bufferBytes, fedBytes - bytes);
+        buffer = std::make_unique<RecordingBuffer>(wanted, fedBytes - bytes);
         buffer->connectionBegan(fedBytes - bytes == connectionStart);
     }
     buffer->append(data, bytes);
@@ -428,7 +433,7 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     StartItem item;
     item.options = options;
     item.song = song;
-    const bool hasBuffer = m_private->isBuffering();
+    const bool hasBuffer = m_private->hasBuffer();
     if (hasBuffer) {
         item.from = planBufferStart(*m_private->buffer, song, options.mode == RecordMode::NoSplit);
         item.buffer = std::move(m_private->buffer);
@@ -436,6 +441,7 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
             item.live = m_private->joinItem();
     }
     m_private->startSession(std::move(item));
+    m_private->buffer.reset();
     m_private->isFed = true;
     m_private->isPaused = false;
     // a buffer ends within the connection that stands
@@ -447,13 +453,57 @@ void StreamRecorder::setProgressInterval(milliseconds interval) {
     m_private->progressMs.store(static_cast<int>(interval.count()));
 }
 
-void StreamRecorder::startEncoded(const RecordingOptions& options) {
+PastStream
+StreamRecorder::Private::pastStream(const Song& song, bool isWhole, qint64 decoded) const {
+    PastStream past;
+    if (isFed || !buffer || !isConnected)
+        return past;
+    constexpr qint64 kMostBytes = 24 * 1024 * 1024; // what a decoder's buffer takes at once
+    constexpr qint64 kLeadBytes = 65536;
+    BufferStart from;
+    if (bufferBytes > 0)
+        from = planBufferStart(*buffer, song, isWhole);
+    else
+        from.position = connectionStart + decoded - kLeadBytes;
+    const qint64 first =
+        std::max({from.position, connectionStart, buffer->first(), buffer->end() - kMostBytes});
+    const QByteArray header = first > connectionStart ? keeper.header() : QByteArray();
+    const qint64 shift = header.size() - first;
+    past.bytes = header + buffer->read(first, buffer->end() - first);
+    past.begin = header.size();
+    if (bufferBytes == 0)
+        past.begin = std::max<qint64>(past.begin, connectionStart + decoded + shift);
+    past.song = song;
+    past.end = buffer->end();
+    past.connectionOffset = connectionStart + shift;
+    std::vector<const RecordingBuffer::Mark*> titles;
+    for (const RecordingBuffer::Mark& mark : buffer->marks()) {
+        if (mark.event != RecordingBuffer::Event::Title || mark.position < first)
+            continue;
+        titles.push_back(&mark);
+        if (from.awaited && mark.song.track == from.awaited->track) // the newest of that name
+            past.begin = mark.position + shift;
+    }
+    for (const RecordingBuffer::Mark* const mark : titles) {
+        if (mark->position + shift <= past.begin) {
+            past.song = mark->song;
+            continue;
+        }
+        past.titles.push_back(mark->song);
+        past.titles.back().position = mark->position - connectionStart;
+    }
+    return past;
+}
+
+PastStream
+StreamRecorder::startEncoded(const RecordingOptions& options, const Song& song, qint64 decoded) {
     WL_CHECK(QThread::currentThread() == thread());
     const std::lock_guard<std::mutex> lock(m_private->mutex);
     StartItem item;
     item.options = options;
     item.isEncoded = true;
     m_private->startSession(std::move(item));
+    return m_private->pastStream(song, options.mode == RecordMode::NoSplit, decoded);
 }
 
 void StreamRecorder::feedEncoded(std::function<void(EncodedSession&)> change, qint64 bytes) {
@@ -469,7 +519,7 @@ void StreamRecorder::feedEncoded(std::function<void(EncodedSession&)> change, qi
 bool StreamRecorder::keepLastTitle(const RecordingOptions& options, const Song& running) {
     WL_CHECK(QThread::currentThread() == thread());
     const std::lock_guard<std::mutex> lock(m_private->mutex);
-    if (!m_private->isBuffering())
+    if (!m_private->hasBuffer())
         return false;
     const auto from = planLastTitle(*m_private->buffer, running);
     StartItem item;
@@ -485,6 +535,11 @@ bool StreamRecorder::keepLastTitle(const RecordingOptions& options, const Song& 
     item.hasEnded = true;
     m_private->startSession(std::move(item));
     return true;
+}
+
+void StreamRecorder::setTailKept(bool isKept) {
+    const std::lock_guard<std::mutex> lock(m_private->mutex);
+    m_private->isTailKept = isKept;
 }
 
 void StreamRecorder::setBufferSize(int megabytes) {
@@ -539,7 +594,7 @@ void StreamRecorder::connectionBegan() {
         m_private->buffer->connectionBegan(true);
 }
 
-void StreamRecorder::append(const char* data, qint64 bytes) {
+qint64 StreamRecorder::append(const char* data, qint64 bytes) {
     const std::lock_guard<std::mutex> lock(m_private->mutex);
     m_private->fedBytes += bytes;
     m_private->keeper.push(data, static_cast<qsizetype>(bytes));
@@ -547,6 +602,7 @@ void StreamRecorder::append(const char* data, qint64 bytes) {
         m_private->appendQueued(data, bytes);
     else if (!m_private->isFed)
         m_private->appendBuffered(data, bytes);
+    return m_private->fedBytes;
 }
 
 void StreamRecorder::trackChanged(const Song& song) {

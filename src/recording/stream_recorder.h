@@ -2,16 +2,28 @@
 
 #include "recording/recording_types.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QStringList>
 
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace BASS {
 
 class EncodedSession;
+
+/// Bytes of a stream that came before a recording was asked for. Places are those in `bytes`.
+struct PastStream {
+    QByteArray bytes;            ///< what the format needs in front comes first; empty: nothing
+    qint64 begin = 0;            ///< the recording begins here; what comes before helps to decode
+    Song song;                   ///< at the beginning
+    std::vector<Song> titles;    ///< behind the beginning, with their places in the connection
+    qint64 end = 0;              ///< place behind the last byte, in all bytes fed
+    qint64 connectionOffset = 0; ///< place of the connection's first byte; negative: not held
+};
 
 /// Writes the bytes of a stream to files as they came, cut where the titles change.
 ///
@@ -40,7 +52,12 @@ class StreamRecorder final : public QObject {
     void setProgressInterval(std::chrono::milliseconds interval);
     /// A recording whose bytes come from encoders by feedEncoded(). stop() ends it when their files
     /// have ended.
-    void startEncoded(const RecordingOptions& options);
+    /// Returns what is held of the connection that stands, for a start before now: with the
+    /// beginning of `song`, or of all without splitting, where there is a buffer; else at
+    /// `decoded`, the place in the connection up to which it is decoded.
+    PastStream startEncoded(const RecordingOptions& options, const Song& song, qint64 decoded);
+    /// Without a buffer the last megabyte is kept, for startEncoded() alone.
+    void setTailKept(bool isKept);
     /// Keeps the last megabytes of the stream and its titles while nothing is recorded; 0: nothing,
     /// and the memory is given back. At most 1024.
     void setBufferSize(int megabytes);
@@ -63,7 +80,8 @@ class StreamRecorder final : public QObject {
     /// A connection stands: its bytes follow. A recording that runs goes on in the open file where
     /// the format is the same, else in a new one.
     void connectionBegan();
-    void append(const char* data, qint64 bytes);
+    /// Returns the place behind them in all bytes fed.
+    qint64 append(const char* data, qint64 bytes);
     /// A new track begins at this place of the stream. Ignored for Ogg streams, whose links carry
     /// their own titles.
     void trackChanged(const Song& song);

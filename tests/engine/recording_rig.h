@@ -15,7 +15,7 @@ constexpr int kLimitMs = 30000;
 constexpr int kBytesPerSecond = 16000;
 
 /// MP3 tracks of 128 kbit/s; the n-th is a tone of n times 400 Hz.
-inline QVector<StationTrack> tones(int count, double seconds) {
+inline QVector<StationTrack> tones(int count, double seconds, int sampleRate = 44100) {
     QVector<StationTrack> tracks;
     for (int n = 1; n <= count; ++n)
         tracks.append({media::encodeTone({400 * n,
@@ -25,7 +25,8 @@ inline QVector<StationTrack> tones(int count, double seconds) {
                                            QStringLiteral("-b:a"),
                                            QStringLiteral("128k")},
                                           QStringLiteral("mp3"),
-                                          {}}),
+                                          {},
+                                          sampleRate}),
                        QByteArray("Artist - Song ") + QByteArray::number(n)});
     return tracks;
 }
@@ -33,9 +34,9 @@ inline QVector<StationTrack> tones(int count, double seconds) {
 /// An engine without a sound card, a station of tones, and a recording folder.
 class Rig {
   public:
-    explicit Rig(int trackCount = 3, double seconds = 4) {
+    explicit Rig(int trackCount = 3, double seconds = 4, int sampleRate = 44100) {
         StationScript script;
-        script.tracks = tones(trackCount, seconds);
+        script.tracks = tones(trackCount, seconds, sampleRate);
         script.isLooped = true;
         script.metaint = 1024;
         script.speed = 1;

@@ -119,6 +119,36 @@ TEST(ExternalEncoder, CommandLines) {
     EXPECT_EQ(external(EncoderAacPlus, e), "- - --silent --rawpcm 44100 2 16 --br 128000 --he");
 }
 
+TEST(ExternalEncoder, ProgramsGetTheSamplesThatTheirLineSpeaksOf) {
+    const struct {
+        int encoder;
+        int rate;
+        const char* own;
+        ExternalInput expected;
+    } cases[] = {
+        {EncoderAacPlus, 48000, "", {44100, 2, false}},
+        {EncoderAacPlus, 22050, "", {32000, 2, false}},
+        {EncoderMp3, 22050, "", {22050, 2, false}},
+        {EncoderMp3, 48000, "-r -s 32 -m mono - -", {32000, 1, false}},
+        {EncoderMp3, 48000, "-r -b 128 - -", {44100, 2, false}},
+        {EncoderMp3, 48000, "-b0 -h - -", {48000, 2, true}},
+        {EncoderAac, 48000, "-P -R24000 -C1 - -", {24000, 1, false}},
+        {EncoderAac, 48000, "-b64 - -", {48000, 2, true}},
+        {EncoderFlac, 96000, "-8", {96000, 2, false}},
+    };
+    for (const auto& c : cases) {
+        ExternalEncoding e;
+        e.sampleRate = c.rate;
+        e.channels = 2;
+        e.userArguments = QString::fromLatin1(c.own);
+        const ExternalInput input = externalInput(c.encoder, e, externalArguments(c.encoder, e));
+        SCOPED_TRACE(c.own);
+        EXPECT_EQ(input.sampleRate, c.expected.sampleRate) << c.encoder << ' ' << c.rate;
+        EXPECT_EQ(input.channels, c.expected.channels);
+        EXPECT_EQ(input.hasHeader, c.expected.hasHeader);
+    }
+}
+
 TEST(ExternalEncoder, ValuesAtTheEdges) {
     ExternalEncoding e;
     const auto mp3 = [&e](int bitrate) {

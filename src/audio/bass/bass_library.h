@@ -103,6 +103,12 @@ class BassLibrary final : public AudioLibrary {
         DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
     HENCODE Encode_WMA_Start(
         DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_StartAs(DWORD handle,
+                           const void* commandLine,
+                           const ProgramInput& input,
+                           DWORD flags,
+                           ENCODEPROC* proc,
+                           void* user) override;
     HENCODE Encode_Start(
         DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) override;
     DWORD Encode_IsActive(DWORD handle) override;

@@ -27,6 +27,23 @@ HENCODE BassLibrary::Encode_Start(
     return startEncoder(Kind::Program, {handle, commandLine, flags, proc, user});
 }
 
+HENCODE BassLibrary::Encode_StartAs(DWORD handle,
+                                    const void* commandLine,
+                                    const ProgramInput& input,
+                                    DWORD flags,
+                                    ENCODEPROC* proc,
+                                    void* user) {
+    BASS_CHANNELINFO info{};
+    if (!ChannelGetInfo(handle, &info))
+        return 0;
+    const bool isSame = (input.rate == 0 || input.rate == info.freq) &&
+                        (input.channels == 0 || input.channels == info.chans);
+    if (isSame)
+        return Encode_Start(handle, commandLine, flags, proc, user);
+    fail(BASS_ERROR_FORMAT); // better no file than one at the wrong speed
+    return 0;
+}
+
 HENCODE BassLibrary::startEncoder(Kind kind, const EncoderArguments& arguments) {
     if (arguments.proc == nullptr) {
         fail(BASS_ERROR_ILLPARAM);

@@ -84,6 +84,8 @@ void DecodeWorker::run() {
         }
         tellReady(m_voice.writtenFrame() > 0 ? BASS_OK : BASS_ERROR_FILEFORM);
         m_voice.setSourceEnded(true);
+        if (m_callbacks.ended)
+            m_callbacks.ended();
     } while (waitForSeek());
 }
 

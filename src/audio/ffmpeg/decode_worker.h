@@ -28,6 +28,8 @@ class DecodeWorker {
         /// Once: BASS_OK when the first audio is there, else why there will be none.
         std::function<void(int error)> ready;
         std::function<void(TagTimeline::Entry entry)> title;
+        /// All there is has been decoded; may be empty. Once more after each jump.
+        std::function<void()> ended;
         std::function<bool(StreamFormat)> accepts;
         std::function<std::string()> contentType;
         /// True while nobody hears or uses what is decoded: then it is not. May be empty.

@@ -48,6 +48,11 @@ void Encoder::push(const float* samples, std::size_t frames) {
     m_changed.notify_all();
 }
 
+std::size_t Encoder::queuedFrames() {
+    const std::lock_guard lock(m_mutex);
+    return m_queuedFrames;
+}
+
 void Encoder::finish(bool isComplete) {
     {
         const std::lock_guard lock(m_mutex);

@@ -45,6 +45,9 @@ class Encoder {
     /// Until the last callback has returned.
     void wait();
 
+    /// Not yet taken by the encoder.
+    [[nodiscard]] std::size_t queuedFrames();
+
     [[nodiscard]] HENCODE handle() const { return m_setup.handle; }
     [[nodiscard]] const Setup& setup() const { return m_setup; }
     [[nodiscard]] bool isRunning() const { return m_isRunning.load(); }

@@ -67,6 +67,10 @@ class FfmpegLibrary final : public AudioLibrary {
     HSTREAM StreamCreateRecordingDevice(int device, DWORD flags) override;
     bool RecordGetDeviceInfo(DWORD device, BASS_DEVICEINFO* info) override;
 
+    HSTREAM StreamCreatePush(const void* data, QWORD length, QWORD begin) override;
+    bool StreamPutData(HSTREAM handle, const void* data, QWORD length) override;
+    bool StreamPutGap(HSTREAM handle) override;
+    bool StreamPutEnd(HSTREAM handle) override;
     bool StreamFree(HSTREAM handle) override;
     QWORD StreamGetFilePosition(HSTREAM handle, DWORD mode) override;
 
@@ -105,6 +109,12 @@ class FfmpegLibrary final : public AudioLibrary {
         DWORD handle, const void* options, DWORD flags, ENCODEPROC* proc, void* user) override;
     HENCODE Encode_Start(
         DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) override;
+    HENCODE Encode_StartAs(DWORD handle,
+                           const void* commandLine,
+                           const ProgramInput& input,
+                           DWORD flags,
+                           ENCODEPROC* proc,
+                           void* user) override;
     DWORD Encode_IsActive(DWORD handle) override;
     bool Encode_SetPaused(HENCODE handle, bool isPaused) override;
     bool Encode_StopEx(DWORD handle, bool queue) override;
@@ -151,7 +161,8 @@ class FfmpegLibrary final : public AudioLibrary {
     makeSource(HttpRequest request, std::shared_ptr<StreamTap> tap, Accepts* accepts);
     HSTREAM createUrl(const UrlArguments& arguments, Accepts* accepts);
     HSTREAM createFile(const void* file, DWORD flags, Accepts* accepts);
-    HSTREAM finishCreate(const Channel& channel);
+    HSTREAM finishCreate(const Channel& channel,
+                         std::chrono::seconds limit = StreamChannel::kLongestCreate);
     Channel newChannel(DWORD flags);
     HttpRequest requestFor(const UrlArguments& arguments) const;
     std::size_t bufferBytes() const;

@@ -13,6 +13,10 @@ bool FfmpegLibrary::ChannelPlay(DWORD handle, bool restart) {
     const Channel channel = find(handle);
     if (!channel)
         return false;
+    if (channel->isPushed()) {
+        channel->startPushed();
+        return succeed();
+    }
     Voice& voice = channel->voice();
     if (channel->isFile() && (restart || voice.hasEnded()))
         channel->seek(0.0);
@@ -112,8 +116,13 @@ bool FfmpegLibrary::ChannelGetAttribute(DWORD handle, DWORD attribute, float* va
 
 bool FfmpegLibrary::ChannelSetEffects(DWORD handle, const EffectSettings& settings) {
     if (handle == 0) {
-        const std::lock_guard lock(m_mutex);
-        m_effects = settings;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_effects = settings;
+        }
+        for (const Channel& channel : channels())
+            if (channel->isPushed()) // what nobody hears sounds like what is heard
+                channel->effects().set(settings);
         return succeed();
     }
     const Channel channel = find(handle);

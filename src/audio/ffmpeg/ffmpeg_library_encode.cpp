@@ -87,6 +87,15 @@ HENCODE FfmpegLibrary::startCodec(EncoderKind kind, const EncoderArguments& argu
 
 HENCODE FfmpegLibrary::Encode_Start(
     DWORD handle, const void* commandLine, DWORD flags, ENCODEPROC* proc, void* user) {
+    return Encode_StartAs(handle, commandLine, {}, flags, proc, user);
+}
+
+HENCODE FfmpegLibrary::Encode_StartAs(DWORD handle,
+                                      const void* commandLine,
+                                      const ProgramInput& input,
+                                      DWORD flags,
+                                      ENCODEPROC* proc,
+                                      void* user) {
     const Channel channel = find(handle);
     if (!channel)
         return 0;
@@ -97,6 +106,10 @@ HENCODE FfmpegLibrary::Encode_Start(
     setup.inputRate = m_rate.load();
     setup.rate = info.freq > 0 ? static_cast<int>(info.freq) : setup.inputRate;
     setup.channels = info.chans == 1 ? 1 : 2;
+    if (input.rate > 0)
+        setup.rate = static_cast<int>(input.rate);
+    if (input.channels > 0)
+        setup.channels = static_cast<int>(input.channels);
     setup.isFloat = (channel->flags() & BASS_SAMPLE_FLOAT) != 0 &&
                     (flags & kSampleMask) != BASS_ENCODE_FP_16BIT;
     setup.hasHeader = (flags & BASS_ENCODE_NOHEAD) == 0;

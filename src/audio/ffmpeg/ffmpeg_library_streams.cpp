@@ -237,8 +237,39 @@ HSTREAM FfmpegLibrary::StreamCreateRecordingDevice(int device, DWORD flags) {
     return finishCreate(channel);
 }
 
-HSTREAM FfmpegLibrary::finishCreate(const Channel& channel) {
-    const int error = channel->waitReady();
+HSTREAM FfmpegLibrary::StreamCreatePush(const void* data, QWORD length, QWORD begin) {
+    const Channel channel = newChannel(0);
+    channel->openPush(begin);
+    channel->put(data, static_cast<std::size_t>(length));
+    return finishCreate(channel, std::chrono::seconds(1));
+}
+
+bool FfmpegLibrary::StreamPutData(HSTREAM handle, const void* data, QWORD length) {
+    const Channel channel = find(handle);
+    if (!channel || !channel->isPushed())
+        return false;
+    channel->put(data, static_cast<std::size_t>(length));
+    return true;
+}
+
+bool FfmpegLibrary::StreamPutGap(HSTREAM handle) {
+    const Channel channel = find(handle);
+    if (!channel || !channel->isPushed())
+        return false;
+    channel->putGap();
+    return true;
+}
+
+bool FfmpegLibrary::StreamPutEnd(HSTREAM handle) {
+    const Channel channel = find(handle);
+    if (!channel || !channel->isPushed())
+        return false;
+    channel->putEnd();
+    return true;
+}
+
+HSTREAM FfmpegLibrary::finishCreate(const Channel& channel, std::chrono::seconds limit) {
+    const int error = channel->waitReady(limit);
     if (error != BASS_OK) {
         channel->close();
         fail(error);

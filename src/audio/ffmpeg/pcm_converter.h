@@ -16,7 +16,7 @@ class PcmConverter {
     };
     struct Output {
         int rate;
-        int channels;     ///< 1 or 2
+        int channels;     ///< beyond two the others are silent
         int sampleFormat; ///< AVSampleFormat
     };
 

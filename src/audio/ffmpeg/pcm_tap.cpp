@@ -167,6 +167,15 @@ bool PcmTap::setPaused(const Encoder& encoder, bool isPaused) {
     return true;
 }
 
+std::size_t PcmTap::queuedFrames() const {
+    const std::lock_guard lock(m_mutex);
+    std::size_t most = 0;
+    for (const Line& line : m_lines)
+        if (Encoder& encoder = *line.stages.front().encoder; encoder.isRunning())
+            most = std::max(most, encoder.queuedFrames());
+    return most;
+}
+
 bool PcmTap::isPaused(const Encoder& encoder) const {
     const std::lock_guard lock(m_mutex);
     return std::any_of(m_lines.begin(), m_lines.end(), [&encoder](const Line& line) {

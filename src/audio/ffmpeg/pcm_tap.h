@@ -43,6 +43,8 @@ class PcmTap {
     /// Here, and without a successor.
     [[nodiscard]] bool isLast(const Encoder& encoder) const;
     [[nodiscard]] bool isClosed() const;
+    /// Of the encoder that is furthest behind.
+    [[nodiscard]] std::size_t queuedFrames() const;
     [[nodiscard]] bool isPaused(const Encoder& encoder) const;
     /// `next` goes on where `old` (which may itself wait for its turn) ends; at the earliest at the
     /// first frame that has not been handed on. False: `old` is not here, or has a successor.

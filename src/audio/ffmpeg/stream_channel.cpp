@@ -12,9 +12,6 @@
 namespace BASS {
 namespace {
 
-/// A server that trickles bytes without sense ends here.
-constexpr std::chrono::seconds kLongestCreate{60};
-
 DWORD typeOf(StreamFormat format, const LinkDecoder::Info& audio) {
     switch (format) {
     case StreamFormat::Mpeg:
@@ -124,6 +121,15 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
         if (m_pcmTap.isUsed())
             m_pcmTap.feed(samples.data(), samples.size() / Voice::kChannels, position);
     };
+    if (m_isPushed) {
+        callbacks.isUnheard = {};
+        callbacks.isAdjusted = {};
+        callbacks.title = [](const TagTimeline::Entry&) {};
+        callbacks.ended = [this] { pushedEnded(); };
+        callbacks.pcm = [this](std::vector<float>& samples, std::uint64_t position) {
+            pushedAudio(samples, position);
+        };
+    }
     callbacks.contentType = [this] {
         return m_tap ? m_tap->headers().value("content-type") : std::string();
     };
@@ -138,7 +144,7 @@ bool StreamChannel::isUnheard() const {
 }
 
 void StreamChannel::becomeReady(int error) {
-    if (error == BASS_OK && !m_context.mixer->add(m_voice))
+    if (error == BASS_OK && !m_isPushed && !m_context.mixer->add(m_voice))
         error = BASS_ERROR_MEM;
     const std::lock_guard lock(m_mutex);
     if (m_isReady)
@@ -148,9 +154,9 @@ void StreamChannel::becomeReady(int error) {
     m_readyChanged.notify_all();
 }
 
-int StreamChannel::waitReady() {
+int StreamChannel::waitReady(std::chrono::seconds limit) {
     std::unique_lock lock(m_mutex);
-    if (!m_readyChanged.wait_for(lock, kLongestCreate, [this] { return m_isReady; }))
+    if (!m_readyChanged.wait_for(lock, limit, [this] { return m_isReady; }))
         return BASS_ERROR_TIMEOUT;
     return m_error;
 }
@@ -165,17 +171,20 @@ void StreamChannel::cancel() {
 }
 
 void StreamChannel::close() {
+    waitForPushed();
     {
         const std::lock_guard lock(m_mutex);
         if (m_isClosed)
             return;
         m_isClosed = true;
     }
+    m_pushChanged.notify_all();
     m_syncs.close();
     if (m_tap) {
         m_tap->closeGate();
         m_tap->fifo().abort();
-        m_source->stop();
+        if (m_source)
+            m_source->stop();
     }
     if (m_worker)
         m_worker->stop();

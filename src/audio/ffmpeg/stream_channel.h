@@ -9,6 +9,7 @@
 #include "audio/ffmpeg/tag_timeline.h"
 #include "audio/ffmpeg/voice.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <filesystem>
@@ -36,6 +37,9 @@ class StreamChannel {
         Semaphore* signal = nullptr; ///< wakes the dispatcher
     };
 
+    /// A server that trickles bytes without sense ends here.
+    static constexpr std::chrono::seconds kLongestCreate{60};
+
     explicit StreamChannel(const Context& context);
     ~StreamChannel();
     StreamChannel(const StreamChannel&) = delete;
@@ -50,8 +54,15 @@ class StreamChannel {
     /// False where the file does not open.
     bool openFile(const std::filesystem::path& path, std::function<bool(StreamFormat)> accepts);
     void openCapture(std::unique_ptr<DecoderInput> input);
+    /// See AudioLibrary::StreamCreatePush().
+    void openPush(std::uint64_t begin);
+    [[nodiscard]] bool isPushed() const { return m_isPushed; }
+    void put(const void* data, std::size_t size);
+    void putGap() { m_tap->streamJoins(); }
+    void putEnd();
+    void startPushed();
     /// Blocks until there is audio, or the reason why not.
-    int waitReady();
+    int waitReady(std::chrono::seconds limit = kLongestCreate);
     /// Ends waitReady() with BASS_ERROR_FILEOPEN.
     void cancel();
     /// Ends everything; no callback runs or begins after it returned.
@@ -91,6 +102,9 @@ class StreamChannel {
   private:
     void startWorker(DecoderInput& input, std::function<bool(StreamFormat)> accepts);
     [[nodiscard]] bool isUnheard() const;
+    void pushedAudio(std::vector<float>& samples, std::uint64_t position);
+    void pushedEnded();
+    void waitForPushed();
     void becomeReady(int error);
     void addTitle(TagTimeline::Entry entry);
     void post(DWORD type, DWORD data);
@@ -108,11 +122,17 @@ class StreamChannel {
     std::shared_ptr<StreamSource> m_source;
     std::unique_ptr<DecoderInput> m_file; ///< or a recording device
     bool m_isCapture = false;
+    bool m_isPushed = false;
+    std::uint64_t m_pushBegin = 0;
     std::unique_ptr<DecodeWorker> m_worker;
 
     std::mutex m_volumeMutex;   ///< one change at a time
     mutable std::mutex m_mutex; ///< guards all below
     std::condition_variable m_readyChanged;
+    std::condition_variable m_pushChanged;
+    bool m_isPushStarted = false;
+    bool m_isPushEnding = false;
+    bool m_isPushDone = false;
     bool m_isReady = false;
     bool m_isClosed = false;
     int m_error = BASS_OK;

@@ -49,6 +49,9 @@ class StreamTap final : public TransferSink, private IcyDemux::Sink, private Ogg
     void streamBytes(const std::uint8_t* data, std::size_t size) { handOn(data, size); }
     void streamTitle(DWORD type, const std::string& text) { tellTitle(type, text); }
 
+    /// What follows is another connection's.
+    void streamJoins() { linkBegins(); }
+
     /// For the decoder alone: what it needs at this place although the server sends it elsewhere.
     void decoderBytes(const std::uint8_t* data, std::size_t size) { m_fifo.push(data, size); }
 

@@ -1,0 +1,138 @@
+#include "engine/script_folder.h"
+#include "engine/recording_rig.h"
+
+#include <QProcess>
+
+#include <cmath>
+
+// What an encoded recording holds of the stream: from where, up to where, and at which pitch.
+
+namespace {
+
+using BASS::RecordMode;
+
+/// Of a pure tone, in Hz, away from the file's ends.
+double toneOf(const QString& path) {
+    constexpr int kRate = 44100;
+    QProcess process;
+    process.start(QStringLiteral("ffmpeg"),
+                  {QStringLiteral("-v"),
+                   QStringLiteral("error"),
+                   QStringLiteral("-i"),
+                   path,
+                   QStringLiteral("-ac"),
+                   QStringLiteral("1"),
+                   QStringLiteral("-ar"),
+                   QString::number(kRate),
+                   QStringLiteral("-f"),
+                   QStringLiteral("s16le"),
+                   QStringLiteral("-")});
+    process.waitForFinished(kLimitMs);
+    const QByteArray pcm = process.readAllStandardOutput();
+    const auto* const samples = reinterpret_cast<const qint16*>(pcm.constData());
+    const int frames = pcm.size() / 2;
+    int rises = 0;
+    for (int n = frames / 4; n < frames * 3 / 4; ++n)
+        rises += samples[n - 1] < 0 && samples[n] >= 0 ? 1 : 0;
+    return frames > 0 ? rises * 2.0 * kRate / frames : 0.0;
+}
+
+void keepBuffer(Rig& rig) {
+    EngineSettings settings = rig.engine->settings();
+    settings.recordingBufferMegabytes = 1;
+    rig.engine->setSettings(settings);
+}
+
+qint64 received(const Rig& rig) {
+    return rig.engine->streamInfo().bytesReceived;
+}
+
+void waitForBytes(const Rig& rig, qint64 count) {
+    const qint64 goal = received(rig) + count;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return received(rig) >= goal; }, kLimitMs));
+}
+
+} // namespace
+
+TEST(EncodedStart, ReachesBackToTheBeginningOfTheTitle) {
+    const struct {
+        int encoder;
+        RecordMode mode;
+    } cases[] = {{6, RecordMode::Split}, {1, RecordMode::SingleSong}, {4, RecordMode::Split}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.encoder);
+        constexpr double kSeconds = 4;
+        Rig rig(3, kSeconds);
+        keepBuffer(rig);
+        rig.play();
+        const auto isHeard = [&rig] { return rig.engine->song().title == QLatin1String("Song 2"); };
+        ASSERT_TRUE(QTest::qWaitFor(isHeard, kLimitMs));
+        waitForBytes(rig, 2 * kBytesPerSecond);
+        rig.options.encoder = c.encoder;
+        rig.options.mode = c.mode;
+        rig.engine->startRecording(rig.options);
+        rig.waitForFiles(1);
+        rig.engine->stopRecording();
+        rig.waitForEnd();
+        EXPECT_TRUE(rig.errors.empty());
+        ASSERT_FALSE(rig.files.empty());
+        const QString path = rig.files[0].path;
+        EXPECT_EQ(rig.files[0].song.title, QStringLiteral("Song 2"));
+        EXPECT_EQ(media::decodeErrors(path), QString());
+        EXPECT_NEAR(media::decodedSeconds(path), kSeconds, 0.1);
+        EXPECT_NEAR(toneOf(path), 800, 4);
+        EXPECT_EQ(rig.engine->playState(), PlayState::Playing);
+    }
+}
+
+TEST(EncodedStart, StoppedWhileTheStationIsPausedItHoldsAllThatCame) {
+    for (const bool hasBuffer : {false, true}) {
+        SCOPED_TRACE(hasBuffer);
+        Rig rig(1, 60);
+        if (hasBuffer)
+            keepBuffer(rig);
+        rig.play();
+        rig.options.encoder = 6;
+        rig.options.mode = RecordMode::NoSplit;
+        rig.engine->startRecording(rig.options);
+        const qint64 began = received(rig);
+        waitForBytes(rig, kBytesPerSecond);
+        rig.engine->setPaused(true);
+        waitForBytes(rig, 3 * kBytesPerSecond);
+        const qint64 ended = received(rig);
+        rig.engine->stopRecording();
+        rig.waitForEnd();
+        ASSERT_EQ(rig.files.size(), 1U);
+        const double seconds = media::decodedSeconds(rig.files[0].path);
+        EXPECT_GT(seconds, static_cast<double>(ended - began) / kBytesPerSecond - 0.1);
+        EXPECT_NEAR(toneOf(rig.files[0].path), 400, 2);
+    }
+}
+
+TEST(EncodedStart, EveryEncoderKeepsThePitch) {
+    // programs that believe what they are told of their input
+    const QByteArray toAdts = " -i - -c:a aac -f adts -";
+    const ScriptFolder programs;
+    programs.add("enc_aacplus", "exec ffmpeg -v error -f s16le -ar $5 -ac $6" + toAdts);
+    programs.add("faac", "exec ffmpeg -v error -f s16le -ar ${4#-R} -ac ${5#-C}" + toAdts);
+    for (const int sampleRate : {48000, 22050}) {
+        Rig rig(1, 60, sampleRate);
+        rig.play();
+        rig.options.mode = RecordMode::NoSplit;
+        for (const int encoder : {1, 2, 3, 4, 6, 8, 10}) {
+            SCOPED_TRACE(sampleRate);
+            SCOPED_TRACE(encoder);
+            const bool isProgram = encoder == 3 || encoder == 8;
+            if (isProgram && !QFile::exists(QStringLiteral("/bin/sh")))
+                continue; // its stand-in is a script
+            rig.files.clear();
+            rig.options.encoder = encoder;
+            rig.engine->startRecording(rig.options);
+            waitForBytes(rig, 2 * kBytesPerSecond);
+            rig.engine->stopRecording();
+            rig.waitForEnd();
+            ASSERT_EQ(rig.files.size(), 1U);
+            EXPECT_NEAR(toneOf(rig.files[0].path), 400, 3);
+        }
+    }
+}
