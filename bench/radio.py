@@ -129,6 +129,13 @@ class QuietPages(http.server.SimpleHTTPRequestHandler):
         pass
 
 
+class QuietServer(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def handle_error(self, *_):
+        pass  # listeners come and go
+
+
 class Segments:
     """A live station of AAC in segments of two seconds (RFC 8216)."""
 
@@ -138,7 +145,7 @@ class Segments:
             ["ffmpeg", "-v", "quiet", "-re", "-f", "lavfi", "-i", "anoisesrc=amplitude=0.3:sample_rate=48000", "-ac", "2",
              "-c:a", "aac", "-b:a", "96k", "-f", "hls", "-hls_time", "2", "-hls_list_size", "6",
              "-hls_flags", "delete_segments", f"{self.folder}/live.m3u8"], stdin=subprocess.DEVNULL)
-        self.server = http.server.ThreadingHTTPServer(
+        self.server = QuietServer(
             ("127.0.0.1", 0), functools.partial(QuietPages, directory=self.folder))
         self.port = self.server.server_address[1]
         threading.Thread(target=self.server.serve_forever, daemon=True).start()
