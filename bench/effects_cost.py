@@ -11,7 +11,8 @@ import sys
 import tempfile
 import time
 
-from common import Icecast, PROGRAM, environment, median, need_build, ticks
+from common import PROGRAM, environment, median, need_build, ticks
+from radio import Radio
 
 EFFECTS = """[General]
 EqualizerEnabled=true
@@ -43,11 +44,11 @@ def main():
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     cost = {}
     quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-    with Icecast() as icecast, tempfile.TemporaryDirectory() as plain, tempfile.TemporaryDirectory() as shaped:
+    with Radio(["mp3"]) as radio, tempfile.TemporaryDirectory() as plain, tempfile.TemporaryDirectory() as shaped:
         put_settings(shaped)
         for _ in range(runs):
             running = {name: subprocess.Popen(arguments, env=env, **quiet)
-                       for name, (arguments, env) in players(icecast.url, plain, shaped).items()}
+                       for name, (arguments, env) in players(radio.url("mp3"), plain, shaped).items()}
             time.sleep(8)  # all play
             start = time.monotonic()
             before = {name: ticks(process.pid) for name, process in running.items()}

@@ -1,13 +1,12 @@
 #!/usr/bin/env python3
-"""From the server's accept to the first sound, against mpv on the same Icecast mount, in turn.
+"""From the server's accept to the first sound, against mpv and ffplay on the same streams, in turn: MP3, AAC and Opus
+of an Icecast, and a live station of segments.
 
-Both players write their sound into a pipe; the time is taken when the first sample that is not silent
-arrives. A forwarder in front of Icecast notes when the player's connection was accepted.
-Usage: bench/first_sound.py [RUNS]"""
+All players write their sound into a pipe; the time is taken when the first sample that is not silent arrives. A
+forwarder in front of the server notes when the player's first connection was accepted.
+Usage: bench/first_sound.py [RUNS [FORMAT...]]"""
 
-import array
 import os
-import select
 import socket
 import subprocess
 import sys
@@ -15,74 +14,91 @@ import tempfile
 import threading
 import time
 
-from common import Icecast, PROGRAM, environment, free_port, median, need_build
+from common import PROGRAM, environment, median, need_build
+from radio import Radio, Segments
+
+FORMATS = ["mp3", "aac", "opus", "hls"]
 
 
-class Forwarder(threading.Thread):
-    """Passes one connection on to the server and remembers when it was accepted."""
+class Forwarder:
+    """Passes connections on to the server and remembers when the first was accepted."""
 
     def __init__(self, target):
-        super().__init__(daemon=True)
         self.target = target
         self.accepted = None
         self.listener = socket.create_server(("127.0.0.1", 0))
         self.port = self.listener.getsockname()[1]
+        threading.Thread(target=self.accept, daemon=True).start()
 
-    def run(self):
-        client, _ = self.listener.accept()
-        self.accepted = time.monotonic()
-        server = socket.create_connection(("127.0.0.1", self.target))
-        peers = {client: server, server: client}
-        while True:
-            for ready in select.select(list(peers), [], [])[0]:
-                try:
-                    data = ready.recv(65536)
-                    if not data:
-                        return
-                    peers[ready].sendall(data)
-                except OSError:
-                    return
+    def accept(self):
+        try:
+            while True:
+                client, _ = self.listener.accept()
+                self.accepted = self.accepted or time.monotonic()
+                server = socket.create_connection(("127.0.0.1", self.target))
+                for pair in ((client, server), (server, client)):
+                    pair[1].setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+                    threading.Thread(target=self.copy, args=pair, daemon=True).start()
+        except OSError:
+            pass  # closed
+
+    @staticmethod
+    def copy(source, sink):
+        try:
+            while data := source.recv(65536):
+                sink.sendall(data)
+            sink.shutdown(socket.SHUT_WR)
+        except OSError:
+            pass  # the other side has gone
 
 
-def first_sound(command, target, env, fifo):
-    forwarder = Forwarder(target)
-    forwarder.start()
-    process = subprocess.Popen([part.replace("URL", f"http://127.0.0.1:{forwarder.port}/live") for part in command],
-                               env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+def first_sound(command, env, url, port, fifo):
+    forwarder = Forwarder(port)
+    address = url.replace(f":{port}/", f":{forwarder.port}/")
+    process = subprocess.Popen([part.replace("URL", address) for part in command], env=env,
+                               stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     with open(fifo, "rb", buffering=0) as pipe:
-        header = True
         while True:
             data = pipe.read(4096)
             if not data:
-                sys.exit(f"{command[0]} gave no sound")
-            if header and data[:4] == b"RIFF":
-                data = data[64:]
-            header = False
+                sys.exit(f"{command[0]} gave no sound of {url}")
             if any(data):
                 at = time.monotonic()
                 break
     process.kill()
     process.wait()
+    forwarder.listener.close()
     return (at - forwarder.accepted) * 1000
+
+
+def players(folder, fifo):
+    disk = {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": fifo, "SDL_DISKAUDIODELAY": "20"}
+    return {
+        "wavelark": ([str(PROGRAM), "/url=URL"], environment(os.path.join(folder, "data"), **disk)),
+        "mpv": (["mpv", "--no-config", "--really-quiet", "--no-video", "--ao=pcm", "--ao-pcm-waveheader=no",
+                 f"--ao-pcm-file={fifo}", "URL"], dict(os.environ)),
+        "ffplay": (["ffplay", "-nodisp", "-v", "quiet", "URL"], dict(os.environ, **disk)),
+    }
 
 
 def main():
     need_build()
     runs = int(sys.argv[1]) if len(sys.argv) > 1 else 10
-    ours, theirs = [], []
-    with Icecast() as icecast, tempfile.TemporaryDirectory() as folder:
+    names = sys.argv[2:] or FORMATS
+    with Radio([name for name in names if name != "hls"]) as radio, Segments() as segments, \
+            tempfile.TemporaryDirectory() as folder:
         fifo = os.path.join(folder, "sound")
         os.mkfifo(fifo)
-        data = os.path.join(folder, "data")
-        env = environment(data, SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE=fifo, SDL_DISKAUDIODELAY="20")
-        for _ in range(runs):
-            ours.append(first_sound([str(PROGRAM), "/url=URL"], icecast.port, env, fifo))
-            theirs.append(first_sound(["mpv", "--no-config", "--really-quiet", "--no-video", "--ao=pcm", "--ao-pcm-waveheader=no",
-                                       f"--ao-pcm-file={fifo}", "URL"], icecast.port, dict(os.environ), fifo))
-    print(f"accept to first sound, median of {runs}: wavelark {median(ours):.0f} ms, mpv {median(theirs):.0f} ms, "
-          f"ratio {median(ours) / median(theirs):.2f}")
-    print("wavelark:", " ".join(f"{v:.0f}" for v in ours))
-    print("mpv:     ", " ".join(f"{v:.0f}" for v in theirs))
+        for name in names:
+            url, port = (segments.url, segments.port) if name == "hls" else (radio.url(name), radio.port)
+            times = {}
+            for _ in range(runs):
+                for who, (command, env) in players(folder, fifo).items():
+                    times.setdefault(who, []).append(first_sound(command, env, url, port, fifo))
+            fastest = min(median(times["mpv"]), median(times["ffplay"]))
+            print(f"{name:5} accept to first sound, median of {runs}: "
+                  + ", ".join(f"{who} {median(values):.0f} ms" for who, values in times.items())
+                  + f"; ratio to the fastest other {median(times['wavelark']) / fastest:.2f}", flush=True)
 
 
 main()

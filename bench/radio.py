@@ -1,8 +1,10 @@
 """An Icecast whose mounts are fed with known bytes at the pace of the audio, so that what is recorded can be compared
 with what was sent: MP3 (constant and variable bitrate) and AAC with titles beside the stream, Vorbis, Opus and FLAC
-in Ogg with a link for each title."""
+in Ogg with a link for each title. And a live station of segments."""
 
 import base64
+import functools
+import http.server
 import os
 import pathlib
 import shutil
@@ -14,7 +16,17 @@ import time
 import urllib.parse
 import urllib.request
 
-from common import ICECAST, can_connect, free_port, wait_for
+from common import can_connect, free_port, wait_for
+
+ICECAST = """<icecast><limits><clients>50</clients><sources>8</sources><burst-size>65536</burst-size></limits>
+<authentication><source-password>hackme</source-password><admin-user>admin</admin-user>
+<admin-password>hackme</admin-password></authentication><hostname>localhost</hostname>
+<listen-socket><port>{port}</port><bind-address>127.0.0.1</bind-address></listen-socket>
+<fileserve>0</fileserve><paths><logdir>{folder}</logdir><webroot>/usr/share/icecast2/web</webroot>
+<adminroot>/usr/share/icecast2/admin</adminroot></paths>
+<logging><accesslog>a.log</accesslog><errorlog>e.log</errorlog><loglevel>1</loglevel></logging>
+<security><chroot>0</chroot><changeowner><user>nobody</user><group>nogroup</group></changeowner></security>
+</icecast>"""
 
 FORMATS = {
     "mp3": (["-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0", "-id3v2_version", "0", "-f", "mp3"], "audio/mpeg"),
@@ -96,7 +108,7 @@ class Radio:
         self.server = subprocess.Popen(["icecast2", "-c", config], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_for(lambda: can_connect(self.port), "icecast2 does not answer")
         self.mounts = {name: Mount(self.port, name, self.seconds, self.folder) for name in self.names}
-        time.sleep(4)
+        time.sleep(6)  # the burst buffers fill
         return self
 
     def __exit__(self, *_):
@@ -108,6 +120,47 @@ class Radio:
 
     def url(self, name):
         return f"http://127.0.0.1:{self.port}/{name}"
+
+
+class QuietPages(http.server.SimpleHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+
+    def log_message(self, *_):
+        pass
+
+
+class QuietServer(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def handle_error(self, *_):
+        pass  # listeners come and go
+
+
+class Segments:
+    """A live station of AAC in segments of two seconds (RFC 8216)."""
+
+    def __enter__(self):
+        self.folder = tempfile.mkdtemp()
+        self.feed = subprocess.Popen(
+            ["ffmpeg", "-v", "quiet", "-re", "-f", "lavfi", "-i", "anoisesrc=amplitude=0.3:sample_rate=48000", "-ac", "2",
+             "-c:a", "aac", "-b:a", "96k", "-f", "hls", "-hls_time", "2", "-hls_list_size", "6",
+             "-hls_flags", "delete_segments", f"{self.folder}/live.m3u8"], stdin=subprocess.DEVNULL)
+        self.server = QuietServer(
+            ("127.0.0.1", 0), functools.partial(QuietPages, directory=self.folder))
+        self.port = self.server.server_address[1]
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+        wait_for(lambda: len(os.listdir(self.folder)) > 5, "no segments", 30)
+        return self
+
+    def __exit__(self, *_):
+        self.feed.kill()
+        self.feed.wait()
+        self.server.shutdown()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    @property
+    def url(self):
+        return f"http://127.0.0.1:{self.port}/live.m3u8"
 
 
 def decoded(path):

@@ -8,7 +8,8 @@ import sys
 import tempfile
 import time
 
-from common import Icecast, PROGRAM, environment, median, need_build, resident_mb, ticks
+from common import PROGRAM, environment, median, need_build, resident_mb, ticks
+from radio import Radio
 
 
 def main():
@@ -17,12 +18,12 @@ def main():
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
     ours, theirs, memory = [], [], []
-    with Icecast() as icecast:
+    with Radio(["mp3"]) as radio:
         for _ in range(runs):
             with tempfile.TemporaryDirectory() as folder:
-                wavelark = subprocess.Popen([str(PROGRAM), f"/url={icecast.url}", "/action=Record (Split) MuteVolume",
+                wavelark = subprocess.Popen([str(PROGRAM), f"/url={radio.url("mp3")}", "/action=Record (Split) MuteVolume",
                                              "/show=minimizedtotray"], env=environment(folder), **quiet)
-                peer = subprocess.Popen(["ffmpeg", "-v", "quiet", "-i", icecast.url, "-c", "copy", f"{folder}/peer.mp3"],
+                peer = subprocess.Popen(["ffmpeg", "-v", "quiet", "-i", radio.url("mp3"), "-c", "copy", f"{folder}/peer.mp3"],
                                         stdin=subprocess.DEVNULL, **quiet)
                 time.sleep(10)
                 start = time.monotonic()

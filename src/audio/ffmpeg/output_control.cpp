@@ -141,10 +141,22 @@ void OutputControl::waitLonger() {
 }
 
 std::unique_ptr<SdlOutput> OutputControl::openDevice() {
-    auto output = SdlOutput::open(m_mixer, m_rate, m_name);
+    auto output = openNamed(m_name);
     m_isSubstitute = !output && !m_name.empty();
     if (m_isSubstitute) // better another device than silence
-        output = SdlOutput::open(m_mixer, m_rate, {});
+        output = openNamed({});
+    return output;
+}
+
+/// It is tried for as long as the program runs: a reason is told once, until it changes.
+std::unique_ptr<SdlOutput> OutputControl::openNamed(const std::string& name) {
+    auto output = SdlOutput::open(m_mixer, m_rate, name);
+    std::string reason = output ? std::string() : SdlAudio::error();
+    std::string& told = m_refusals[name];
+    if (!reason.empty() && reason != told)
+        qCWarning(
+            lcAudio, "output does not open device=%s reason=%s", name.c_str(), reason.c_str());
+    told = std::move(reason);
     return output;
 }
 
@@ -158,7 +170,7 @@ void OutputControl::returnToChosen() {
     });
     if (!isBack)
         return;
-    auto output = SdlOutput::open(m_mixer, m_rate, m_name);
+    auto output = openNamed(m_name);
     if (!output) {
         waitLonger();
         return;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -69,6 +70,7 @@ class OutputControl {
     void openChosen();
     void closeOutput();
     std::unique_ptr<SdlOutput> openDevice();
+    std::unique_ptr<SdlOutput> openNamed(const std::string& name);
     void use(std::unique_ptr<SdlOutput> output);
 
     Mixer& m_mixer;
@@ -82,6 +84,7 @@ class OutputControl {
     SdlOutput* m_sdlOutput = nullptr; ///< m_output, where it is one
     std::string m_name;               ///< of the chosen device; empty: the default
     bool m_isSubstitute = false;      ///< another one plays, for the chosen one was not there
+    std::map<std::string, std::string> m_refusals; ///< why a device did not open, by its name
     std::uint32_t m_rate = 44100;
     std::chrono::seconds m_retryAfter{0}; ///< doubles with each vain attempt
     std::chrono::steady_clock::time_point m_nextTry;

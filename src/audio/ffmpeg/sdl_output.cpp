@@ -49,11 +49,8 @@ SdlOutput::open(Mixer& mixer, std::uint32_t rate, const std::string& name) {
     SDL_AudioSpec got{};
     const SDL_AudioDeviceID device =
         SDL_OpenAudioDevice(name.empty() ? nullptr : name.c_str(), 0, &wanted, &got, 0);
-    if (device == 0) {
-        qCWarning(
-            lcAudio, "output does not open device=%s reason=%s", name.c_str(), SDL_GetError());
+    if (device == 0)
         return nullptr;
-    }
     return std::unique_ptr<SdlOutput>(new SdlOutput(device));
 }
 
@@ -107,6 +104,10 @@ std::vector<SdlDevice> SdlAudio::devices(Direction direction) const {
     }
     SDL_free(defaultName);
     return result;
+}
+
+std::string SdlAudio::error() {
+    return SDL_GetError();
 }
 
 void SdlAudio::leaveThread() {

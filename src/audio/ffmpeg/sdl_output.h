@@ -13,7 +13,7 @@ namespace BASS {
 class SdlOutput final : public Output {
   public:
     /// name: empty for the system's default, which the stream then follows. Silent until start().
-    /// Null where the device does not open; the reason is in the log.
+    /// Null where the device does not open; SdlAudio::error() says why.
     static std::unique_ptr<SdlOutput>
     open(Mixer& mixer, std::uint32_t rate, const std::string& name);
     ~SdlOutput() override;
@@ -47,6 +47,8 @@ class SdlAudio {
     [[nodiscard]] std::vector<SdlDevice> devices(Direction direction = Direction::Out) const;
     /// True where SDL would be the clock itself (its "dummy" driver), which it is not fit for.
     static bool isDummyAsked();
+    /// Why the calling thread's last call failed.
+    static std::string error();
     /// Frees what SDL keeps of the calling thread, which may end without SDL's knowing.
     static void leaveThread();
 
