@@ -31,6 +31,12 @@ int Encoder::start() {
     return m_openResult;
 }
 
+void Encoder::startUnwaited() {
+    m_isUnwaited = true;
+    m_isRunning.store(true);
+    m_thread = std::thread([this] { run(); });
+}
+
 void Encoder::push(const float* samples, std::size_t frames) {
     {
         const std::lock_guard lock(m_mutex);
@@ -86,7 +92,7 @@ void Encoder::deliver(const std::uint8_t* data, std::size_t size, std::int64_t o
 }
 
 void Encoder::run() {
-    const bool wasOpen = encodeToTheEnd();
+    const bool wasOpen = encodeToTheEnd() || m_isUnwaited;
     m_isRunning.store(false);
     if (wasOpen)
         m_setup.proc(m_setup.handle, m_channel.load(), nullptr, 0, m_setup.user);

@@ -38,6 +38,9 @@ class Encoder {
 
     /// Waits until it has opened, some milliseconds. BASS_OK, or why not: then no callback comes.
     int start();
+    /// Returns at once, for settings that have opened before. One that does not open ends as one
+    /// that fails later.
+    void startUnwaited();
     /// Interleaved stereo. Never waits.
     void push(const float* samples, std::size_t frames);
     /// No more comes; isComplete: what is queued is still encoded. Returns at once.
@@ -71,6 +74,7 @@ class Encoder {
     std::thread m_thread;
 
     // encoder thread
+    bool m_isUnwaited = false; ///< set before it starts
     std::int64_t m_delivered = 0;
     bool m_hasAudio = false;
     std::vector<std::uint8_t> m_head; ///< written before the first sample came

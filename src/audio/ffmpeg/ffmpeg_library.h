@@ -146,6 +146,7 @@ class FfmpegLibrary final : public AudioLibrary {
         DWORD flags;
         ENCODEPROC* proc;
         void* user;
+        bool isProven = false; ///< its settings have opened before
     };
     using MakeEncoder = std::function<std::unique_ptr<PcmEncoder>(PcmEncoder::Write)>;
     HENCODE startCodec(EncoderKind kind, const EncoderArguments& arguments);

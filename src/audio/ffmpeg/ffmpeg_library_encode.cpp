@@ -138,7 +138,11 @@ std::shared_ptr<Encoder> FfmpegLibrary::makeEncoder(const EncoderArguments& argu
     }
     auto encoder = std::make_shared<Encoder>(std::move(setup));
     encoder->setChannel(arguments.handle);
-    const int error = encoder->start();
+    int error = BASS_OK;
+    if (arguments.isProven)
+        encoder->startUnwaited();
+    else
+        error = encoder->start();
     if (error != BASS_OK) {
         fail(error);
         return nullptr;
@@ -175,7 +179,7 @@ HENCODE FfmpegLibrary::Encode_CutAt(
         return 0;
     }
     const auto next =
-        makeEncoder({channel->handle(), nullptr, 0, proc, user}, before->setup().make);
+        makeEncoder({channel->handle(), nullptr, 0, proc, user, true}, before->setup().make);
     if (!next)
         return 0;
     const auto rate = static_cast<std::uint64_t>(m_rate.load());
