@@ -52,22 +52,28 @@ class Forwarder:
             pass  # the other side has gone
 
 
+def sound_in(fifo):
+    """The time of the first sample that is not silent; none: the player closed its output before."""
+    with open(fifo, "rb", buffering=0) as pipe:
+        while data := pipe.read(4096):
+            if any(data):
+                return time.monotonic()
+    return None
+
+
 def first_sound(command, env, url, port, fifo):
     forwarder = Forwarder(port)
     address = url.replace(f":{port}/", f":{forwarder.port}/")
     process = subprocess.Popen([part.replace("URL", address) for part in command], env=env,
                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    with open(fifo, "rb", buffering=0) as pipe:
-        while True:
-            data = pipe.read(4096)
-            if not data:
-                sys.exit(f"{command[0]} gave no sound of {url}")
-            if any(data):
-                at = time.monotonic()
-                break
-    process.kill()
-    process.wait()
-    forwarder.listener.close()
+    try:
+        at = sound_in(fifo)
+    finally:
+        process.kill()
+        process.wait()
+        forwarder.listener.close()
+    if at is None:
+        sys.exit(f"{command[0]} gave no sound of {url}")
     return (at - forwarder.accepted) * 1000
 
 

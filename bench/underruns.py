@@ -18,6 +18,7 @@ from radio import Radio
 PERIOD_MS = 23
 FRAME = 8  # bytes: two floats
 PERIOD = 1024 * FRAME
+RATE = 44100
 SILENCE = bytes(32 * FRAME)
 
 
@@ -38,8 +39,9 @@ def keep_disk_busy(folder, is_over):
 
 
 def listen(fifo, minutes):
-    """Periods heard since the first sound, and those of them that were short of it."""
-    heard = short = 0
+    """Periods heard since the first sound, and for those of them that were short of it when, and how many silent
+    frames."""
+    heard, short = 0, []
     end = None
     with open(fifo, "rb", buffering=PERIOD) as pipe:
         while end is None or time.monotonic() < end:
@@ -52,7 +54,9 @@ def listen(fifo, minutes):
                 end = time.monotonic() + minutes * 60
                 pipe.read(PERIOD * 50)  # the fade-in
             heard += 1
-            short += SILENCE in period
+            if SILENCE in period:
+                silent = sum(period[at:at + FRAME] == bytes(FRAME) for at in range(0, PERIOD, FRAME))
+                short.append((heard * PERIOD // FRAME / RATE, silent))
     return heard, short
 
 
@@ -77,7 +81,9 @@ def main():
                 one.kill()
                 one.wait()
             disk.join()
-    print(f"{minutes:g} minutes, {heard} periods, {short} with too little sound")
+    print(f"{minutes:g} minutes, {heard} periods, {len(short)} with too little sound")
+    for at, silent in short:
+        print(f"  at {at:.2f} s: {silent} silent frames")
 
 
 main()
