@@ -67,8 +67,18 @@ bool Icecast::writeConfiguration() {
 }
 
 bool Icecast::start() {
-    if (m_port == 0)
-        m_port = freePort();
+    constexpr int kTries = 5; // another test may take the free port first
+    const bool isNew = m_port == 0;
+    bool isUp = false;
+    for (int n = 0; n < (isNew ? kTries : 1) && !isUp; ++n) {
+        if (isNew)
+            m_port = freePort();
+        isUp = startOnce();
+    }
+    return isUp;
+}
+
+bool Icecast::startOnce() {
     if (!writeConfiguration()) {
         error = QStringLiteral("cannot write the configuration");
         return false;
@@ -77,12 +87,15 @@ bool Icecast::start() {
     m_server.setWorkingDirectory(m_folder.path());
     m_server.start(QStringLiteral("icecast2"),
                    {QStringLiteral("-c"), m_folder.filePath(QStringLiteral("icecast.xml"))});
-    const bool isUp =
-        m_server.waitForStarted() && waitUntil([this] {
-            QTcpSocket socket;
-            socket.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(m_port));
-            return socket.waitForConnected(200);
+    const auto isRunning = [this] {
+        m_server.waitForFinished(0);
+        return m_server.state() == QProcess::Running;
+    };
+    const bool hasSettled =
+        m_server.waitForStarted() && waitUntil([&] {
+            return !isRunning() || get(QStringLiteral("/admin/stats")).contains("<icestats");
         });
+    const bool isUp = hasSettled && isRunning();
     if (!isUp)
         error =
             QStringLiteral("icecast2 does not answer: ") + QString::fromUtf8(m_server.readAll());

@@ -30,6 +30,7 @@ class Icecast {
 
   private:
     [[nodiscard]] QByteArray get(const QString& path) const;
+    bool startOnce();
     bool writeConfiguration();
 
     /// A path that the server's own system knows as well, where these tests run on another.
