@@ -90,7 +90,9 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
     QTimer::singleShot(100, this, &AllSkylarkRadio::slot_Init);
 }
 
-AllSkylarkRadio::~AllSkylarkRadio() = default;
+AllSkylarkRadio::~AllSkylarkRadio() {
+    m_presenter->disconnect(this); // the base class hides the window, which nothing here is told of
+}
 
 void AllSkylarkRadio::layOut() {
     auto* content = new QWidget(this);
