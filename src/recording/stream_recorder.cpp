@@ -1,27 +1,13 @@
 #include "recording/stream_recorder.h"
 
 #include "base/check.h"
-#include "base/clock.h"
 #include "base/log.h"
-#include "recording/encoded_session.h"
-#include "recording/mailbox.h"
-#include "recording/recording_buffer.h"
-#include "recording/recording_session.h"
-#include "recording/session_publisher.h"
-#include "recording/stream_header_keeper.h"
+#include "recording/stream_recorder_private.h"
 
 #include <QThread>
 
 #include <algorithm>
-#include <atomic>
-#include <condition_variable>
-#include <deque>
-#include <functional>
-#include <mutex>
-#include <optional>
-#include <thread>
 #include <utility>
-#include <variant>
 
 namespace BASS {
 namespace {
@@ -29,129 +15,10 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr qint64 kMaxQueuedBytes = 64 * 1024 * 1024;
-constexpr qint64 kFirstMark = 1024 * 1024;
 constexpr qint64 kMegabyte = 1024 * 1024;
 constexpr int kMaxBufferMegabytes = 1024;
-constexpr int kBlockBytes = 65536; ///< small appends are gathered into blocks of this size
-/// With the rest of the network thread and the time of gathering a byte is on the disk within a
-/// second.
-constexpr milliseconds kSyncInterval{500};
-/// Where bytes come more often than twice in this time they gather for so long: a station sends up
-/// to some hundred times a second.
-constexpr milliseconds kGather{400};
-constexpr int kProgressMs = 250;
-
-struct StopItem {};
-struct OverflowItem {};
-/// `isStart`: no byte of the connection came before; else the recording joins it.
-struct ConnectionItem {
-    qint64 position = 0;
-    QByteArray header;
-    bool isStart = false;
-};
-struct StartItem {
-    RecordingOptions options;
-    Song song;
-    std::unique_ptr<RecordingBuffer> buffer; ///< what comes first; null: nothing
-    BufferStart from;
-    std::optional<ConnectionItem> live; ///< the connection that stands at the buffer's end
-    bool hasEnded = false;              ///< only what the buffer holds is wanted
-    bool isEncoded = false;             ///< the bytes come from encoders
-};
-struct ConnectionEndItem {};
-struct PauseItem {};
-struct ResumeItem {
-    qint64 position = 0;
-    QByteArray header;
-};
-struct TrackItem {
-    Song song;
-    qint64 position = 0;
-};
-struct EncodedItem {
-    std::function<void(EncodedSession&)> change;
-    qint64 bytes = 0;
-};
-using Item = std::variant<StartItem,
-                          EncodedItem,
-                          StopItem,
-                          OverflowItem,
-                          ConnectionItem,
-                          ConnectionEndItem,
-                          PauseItem,
-                          ResumeItem,
-                          TrackItem,
-                          QByteArray>;
 
 } // namespace
-
-struct StreamRecorder::Private {
-    explicit Private(StreamRecorder& recorder) : owner(recorder), publisher(recorder, mailbox) {}
-
-    // GUI thread
-    void ensureThread();
-    void endThread();
-
-    // any thread, with the mutex held
-    void put(Item item);
-    void appendQueued(const char* data, qint64 bytes);
-    [[nodiscard]] ConnectionItem joinItem() const;
-    [[nodiscard]] PastStream pastStream(const Song& song, bool isWhole, qint64 decoded) const;
-    void startSession(StartItem item);
-    void appendBuffered(const char* data, qint64 bytes);
-    [[nodiscard]] bool isBuffering() const { return !isFed && buffer != nullptr; }
-    /// The user wants it, and there is one.
-    [[nodiscard]] bool hasBuffer() const { return isBuffering() && bufferBytes > 0; }
-
-    // writer thread
-    void run();
-    bool waitForItems(std::deque<Item>& items);
-    void release(const std::deque<Item>& items);
-    void handle(Item& item);
-    void handleRaw(Item& item);
-    void handleStart(StartItem& item);
-    void feedBuffer(const StartItem& item);
-    void feedMark(const RecordingBuffer& held, const RecordingBuffer::Mark& mark);
-    void endSession();
-    void afterBatch();
-
-    StreamRecorder& owner;
-    Mailbox mailbox;
-    SessionPublisher publisher;
-    SystemClock clock;
-    int startedSessions = 0;  ///< GUI thread
-    int finishedSessions = 0; ///< GUI thread
-
-    std::mutex mutex; ///< guards what follows up to the thread
-    std::condition_variable wake;
-    std::deque<Item> queue;
-    qint64 queuedBytes = 0;
-    qint64 nextMark = kFirstMark;
-    bool isFed = false; ///< a session wants the bytes
-    bool isPaused = false;
-    bool isThreadEnding = false;
-    bool isGathering = false; ///< the writer sleeps on while only bytes and titles come
-    milliseconds lastTaken{0};
-    bool isConnected = false;
-    qint64 fedBytes = 0;        ///< in all connections
-    qint64 connectionStart = 0; ///< of fedBytes
-    StreamHeaderKeeper keeper;
-    int queuedSessions = 0;
-    qint64 bufferBytes = 0; ///< 0: no buffer
-    bool isTailKept = false;
-    std::unique_ptr<RecordingBuffer> buffer;
-    std::atomic<int> progressMs{kProgressMs};
-
-    std::thread thread;
-
-    // writer thread
-    std::unique_ptr<WriterSession> session;
-    RecordingSession* raw = nullptr; ///< the session, where it is one
-    EncodedSession* encoded = nullptr;
-    int takenSessions = 0;
-    milliseconds lastSync{0};
-    milliseconds lastProgress{0};
-};
 
 void StreamRecorder::Private::ensureThread() {
     if (!thread.joinable())
@@ -170,7 +37,7 @@ void StreamRecorder::Private::endThread() {
     publisher.wait();
 }
 
-void StreamRecorder::Private::put(Item item) {
+void StreamRecorder::Private::put(RecorderItem item) {
     const bool canGather = std::holds_alternative<QByteArray>(item) ||
                            std::holds_alternative<EncodedItem>(item) ||
                            std::holds_alternative<TrackItem>(item);
@@ -223,196 +90,6 @@ void StreamRecorder::Private::startSession(StartItem item) {
 ConnectionItem StreamRecorder::Private::joinItem() const {
     const bool isStart = fedBytes == connectionStart;
     return {fedBytes, isStart ? QByteArray() : keeper.header(), isStart};
-}
-
-void StreamRecorder::Private::run() {
-    std::deque<Item> items;
-    while (waitForItems(items)) {
-        for (Item& item : items)
-            handle(item);
-        release(items);
-        items.clear();
-        afterBatch();
-    }
-    endSession();
-}
-
-/// Waits for work, or until a running session is due for the disk. False: the thread ends.
-bool StreamRecorder::Private::waitForItems(std::deque<Item>& items) {
-    std::unique_lock<std::mutex> lock(mutex);
-    const auto hasWork = [this] { return (!queue.empty() && !isGathering) || isThreadEnding; };
-    if (isGathering) {
-        wake.wait_for(lock, lastTaken + kGather - clock.steady(), hasWork);
-        isGathering = false;
-    }
-    if (session)
-        wake.wait_for(lock, kSyncInterval, hasWork);
-    else
-        wake.wait(lock, hasWork);
-    const milliseconds now = clock.steady();
-    isGathering = session && now - lastTaken < kGather / 2;
-    lastTaken = now;
-    items.swap(queue);
-    return !items.empty() || !isThreadEnding;
-}
-
-/// Bytes count as waiting until they are dealt with.
-void StreamRecorder::Private::release(const std::deque<Item>& items) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    for (const Item& item : items) {
-        if (const auto* const bytes = std::get_if<QByteArray>(&item))
-            queuedBytes -= bytes->size();
-        else if (const auto* const change = std::get_if<EncodedItem>(&item))
-            queuedBytes -= change->bytes;
-    }
-}
-
-void StreamRecorder::Private::handle(Item& item) {
-    if (auto* const start = std::get_if<StartItem>(&item)) {
-        handleStart(*start);
-        return;
-    }
-    if (!session)
-        return;
-    if (const auto* const change = std::get_if<EncodedItem>(&item)) {
-        if (encoded != nullptr)
-            change->change(*encoded);
-    } else if (std::holds_alternative<OverflowItem>(item)) {
-        session->fail({RecordingErrorKind::CannotWrite,
-                       recordingErrorText(RecordingErrorKind::CannotWrite),
-                       StreamRecorder::tr("The disk is too slow for the stream.")});
-    } else if (std::holds_alternative<StopItem>(item)) {
-        session->finish();
-    } else if (raw != nullptr) {
-        handleRaw(item);
-    }
-    if (session->isOver())
-        endSession();
-}
-
-void StreamRecorder::Private::handleRaw(Item& item) {
-    if (auto* const bytes = std::get_if<QByteArray>(&item))
-        raw->append(*bytes);
-    else if (const auto* const track = std::get_if<TrackItem>(&item))
-        raw->trackChanged(track->song, track->position);
-    else if (const auto* const connection = std::get_if<ConnectionItem>(&item))
-        raw->connectionBegan(connection->position, connection->header, connection->isStart);
-    else if (std::holds_alternative<ConnectionEndItem>(item))
-        raw->connectionEnded();
-    else if (std::holds_alternative<PauseItem>(item))
-        raw->pause();
-    else if (const auto* const resume = std::get_if<ResumeItem>(&item))
-        raw->resume(resume->position, resume->header);
-}
-
-void StreamRecorder::Private::handleStart(StartItem& item) {
-    endSession();
-    ++takenSessions;
-    lastSync = lastProgress = clock.steady();
-    publisher.begin(item.options);
-    if (item.isEncoded) {
-        auto made = std::make_unique<EncodedSession>(item.options, clock, publisher);
-        encoded = made.get();
-        session = std::move(made);
-        return;
-    }
-    auto made =
-        std::make_unique<RecordingSession>(item.options, std::move(item.song), clock, publisher);
-    raw = made.get();
-    session = std::move(made);
-    if (item.buffer)
-        feedBuffer(item);
-    if (item.hasEnded)
-        endSession();
-}
-
-/// What the buffer holds, in the order in which it came.
-void StreamRecorder::Private::feedBuffer(const StartItem& item) {
-    const RecordingBuffer& held = *item.buffer;
-    qint64 at = item.from.position;
-    qCInfo(lcRecording).noquote() << "Copying recording file=" << item.options.folder;
-    qCInfo(lcRecording) << "Copying recording size=" << held.end() - at;
-    if (item.from.awaited)
-        raw->beginAt(*item.from.awaited);
-    bool isJoined = false;
-    const auto feedUpTo = [&](qint64 end) {
-        if (at < end && !isJoined) {
-            const QByteArray header = held.headerAt(at);
-            const bool isLive = header.isEmpty() && item.live;
-            raw->connectionBegan(at, isLive ? item.live->header : header, false);
-            isJoined = true;
-        }
-        while (at < end && !raw->isOver()) {
-            const QByteArray block = held.read(at, std::min<qint64>(kBlockBytes, end - at));
-            qCDebug(lcRecording) << "Copying recording data bytes=" << block.size();
-            raw->append(block);
-            at += block.size();
-        }
-    };
-    for (const RecordingBuffer::Mark& mark : held.marks()) {
-        if (mark.position < at)
-            continue;
-        feedUpTo(mark.position);
-        if (mark.event != RecordingBuffer::Event::Title)
-            isJoined = mark.event == RecordingBuffer::Event::ConnectionBegan;
-        feedMark(held, mark);
-    }
-    feedUpTo(held.end());
-    if (item.live && !isJoined)
-        raw->connectionBegan(item.live->position, item.live->header, item.live->isStart);
-}
-
-void StreamRecorder::Private::feedMark(const RecordingBuffer& held,
-                                       const RecordingBuffer::Mark& mark) {
-    if (mark.event == RecordingBuffer::Event::Title)
-        raw->trackChanged(mark.song, mark.position);
-    else if (mark.event == RecordingBuffer::Event::ConnectionEnded)
-        raw->connectionEnded();
-    else
-        raw->connectionBegan(mark.position,
-                             mark.isStart ? QByteArray() : held.headerAt(mark.position),
-                             mark.isStart);
-}
-
-void StreamRecorder::Private::endSession() {
-    if (!session)
-        return;
-    session->finish();
-    session->close();
-    const QStringList paths = session->paths();
-    raw = nullptr;
-    encoded = nullptr;
-    session.reset();
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        isFed = isFed && queuedSessions > takenSessions;
-    }
-    publisher.finish([this, paths] {
-        ++finishedSessions;
-        emit owner.sig_finished(paths);
-    });
-}
-
-void StreamRecorder::Private::afterBatch() {
-    if (!session)
-        return;
-    const milliseconds now = clock.steady();
-    if (now - lastSync >= kSyncInterval) {
-        session->sync();
-        lastSync = now;
-    } else {
-        session->flush();
-    }
-    if (session->isOver()) {
-        endSession();
-        return;
-    }
-    if (now - lastProgress < milliseconds(progressMs.load()))
-        return;
-    lastProgress = now;
-    const RecordingProgress progress = session->progress();
-    if (!progress.path.isEmpty())
-        mailbox.post([this, progress] { emit owner.sig_progress(progress); });
 }
 
 StreamRecorder::StreamRecorder(QObject* parent)
