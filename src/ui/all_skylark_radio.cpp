@@ -67,6 +67,7 @@ AllSkylarkRadio::AllSkylarkRadio(const WindowServices& services, QWidget* parent
           },
           this)),
       m_opener(new FolderOpener(services.openUrl, this)), m_log(this) {
+    setAnimated(false); // nothing docks here
     setObjectName(QStringLiteral("TR_MainWindow"));
     setWindowTitle(QStringLiteral("Wavelark"));
     setWindowIcon(applicationIcon());
