@@ -46,13 +46,32 @@ void writeArguments(const QString& path) {
         file.write(QCoreApplication::arguments().mid(1).join(QLatin1Char(' ')).toUtf8());
 }
 
+/// What the two programs are told of their input: "-R48000 -C2", or as fifth and sixth argument.
+QStringList toldFormat() {
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    QString rate = arguments.value(4);
+    QString channels = arguments.value(5);
+    for (const QString& argument : arguments) {
+        if (argument.startsWith(QLatin1String("-R")))
+            rate = argument.mid(2);
+        else if (argument.startsWith(QLatin1String("-C")))
+            channels = argument.mid(2);
+    }
+    return {QStringLiteral("-ar"), rate, QStringLiteral("-ac"), channels};
+}
+
+/// Believes what it is told.
 int encodeAdts() {
     QProcess encoder;
     encoder.setProcessChannelMode(QProcess::ForwardedChannels);
     encoder.setInputChannelMode(QProcess::ForwardedInputChannel);
     encoder.start(QStringLiteral("ffmpeg"),
-                  QStringLiteral("-v error -f s16le -ar 44100 -ac 2 -i - -c:a aac -f adts -")
-                      .split(QLatin1Char(' ')));
+                  QStringList{QStringLiteral("-v"),
+                              QStringLiteral("error"),
+                              QStringLiteral("-f"),
+                              QStringLiteral("s16le")} +
+                      toldFormat() +
+                      QStringLiteral("-i - -c:a aac -f adts -").split(QLatin1Char(' ')));
     return encoder.waitForFinished(-1) ? encoder.exitCode() : 1;
 }
 
