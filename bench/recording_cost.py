@@ -21,7 +21,7 @@ def main():
     with Radio(["mp3"]) as radio:
         for _ in range(runs):
             with tempfile.TemporaryDirectory() as folder:
-                wavelark = subprocess.Popen([str(PROGRAM), f"/url={radio.url("mp3")}", "/action=Record (Split) MuteVolume",
+                wavelark = subprocess.Popen([str(PROGRAM), f"/url={radio.url('mp3')}", "/action=Record (Split) MuteVolume",
                                              "/show=minimizedtotray"], env=environment(folder), **quiet)
                 peer = subprocess.Popen(["ffmpeg", "-v", "quiet", "-i", radio.url("mp3"), "-c", "copy", f"{folder}/peer.mp3"],
                                         stdin=subprocess.DEVNULL, **quiet)

@@ -65,9 +65,9 @@ QStringList matches(const QString& text, const QString& pattern, const QUrl& bas
 
 /// "File1=" to "FileN=", by number.
 QStringList readPls(const QString& text, const QUrl& base) {
-    static const QRegularExpression line(QStringLiteral("^\\s*File(\\d+)[ \\t]*=[ \\t]*(\\S.*?)\\s*$"),
-                                         QRegularExpression::CaseInsensitiveOption |
-                                             QRegularExpression::MultilineOption);
+    static const QRegularExpression line(
+        QStringLiteral("^\\s*File(\\d+)[ \\t]*=[ \\t]*(\\S.*?)\\s*$"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::MultilineOption);
     QMap<int, QString> entries;
     auto it = line.globalMatch(text);
     while (it.hasNext() && entries.size() < kMostEntries) {
