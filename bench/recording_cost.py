@@ -18,7 +18,7 @@ def main():
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
     ours, theirs, memory = [], [], []
-    with Radio(["mp3"]) as radio:
+    with Radio(["mp3"], seconds=60) as radio: # titles of a minute, shorter than music has
         for _ in range(runs):
             with tempfile.TemporaryDirectory() as folder:
                 wavelark = subprocess.Popen([str(PROGRAM), f"/url={radio.url('mp3')}", "/action=Record (Split) MuteVolume",
