@@ -24,9 +24,6 @@ void AppStream::OnSplitFile(const BASS::Song& song) {
         postSplit(song);
 }
 
-// --- cuts, as they are told
-// -----------------------------------------------------------------------
-
 bool AppStream::event(QEvent* event) {
     if (event->type() == static_cast<QEvent::Type>(BASS::kSplitDelayEvent)) {
         splitDelayed(static_cast<BASS::SplitDelayEvent*>(event)->song());

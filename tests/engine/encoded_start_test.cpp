@@ -1,8 +1,6 @@
 #include "engine/program_folder.h"
 #include "engine/recording_rig.h"
 
-#include <QProcess>
-
 #include <cmath>
 
 // What an encoded recording holds of the stream: from where, up to where, and at which pitch.
@@ -14,21 +12,7 @@ using BASS::RecordMode;
 /// Of a pure tone, in Hz, away from the file's ends.
 double toneOf(const QString& path) {
     constexpr int kRate = 44100;
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  {QStringLiteral("-v"),
-                   QStringLiteral("error"),
-                   QStringLiteral("-i"),
-                   path,
-                   QStringLiteral("-ac"),
-                   QStringLiteral("1"),
-                   QStringLiteral("-ar"),
-                   QString::number(kRate),
-                   QStringLiteral("-f"),
-                   QStringLiteral("s16le"),
-                   QStringLiteral("-")});
-    process.waitForFinished(kLimitMs);
-    const QByteArray pcm = process.readAllStandardOutput();
+    const QByteArray pcm = media::decodedMono(path, kRate).value_or(QByteArray());
     const auto* const samples = reinterpret_cast<const qint16*>(pcm.constData());
     const int frames = pcm.size() / 2;
     int rises = 0;

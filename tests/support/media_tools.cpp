@@ -72,9 +72,7 @@ QString media::decodeErrors(const QString& path) {
     return text.isEmpty() && !result.isOk ? QStringLiteral("ffmpeg failed") : text;
 }
 
-double media::decodedSeconds(const QString& path) {
-    constexpr int kRate = 8000;
-    constexpr int kBytes = 2;
+std::optional<QByteArray> media::decodedMono(const QString& path, int rate) {
     const Output result = runTool(kFfmpeg,
                                   {QStringLiteral("-v"),
                                    QStringLiteral("error"),
@@ -83,11 +81,18 @@ double media::decodedSeconds(const QString& path) {
                                    QStringLiteral("-ac"),
                                    QStringLiteral("1"),
                                    QStringLiteral("-ar"),
-                                   QString::number(kRate),
+                                   QString::number(rate),
                                    QStringLiteral("-f"),
                                    QStringLiteral("s16le"),
                                    QStringLiteral("-")});
-    return result.isOk ? static_cast<double>(result.out.size()) / (kRate * kBytes) : -1.0;
+    return result.isOk ? std::optional(result.out) : std::nullopt;
+}
+
+double media::decodedSeconds(const QString& path) {
+    constexpr int kRate = 8000;
+    constexpr int kBytes = 2;
+    const std::optional<QByteArray> pcm = decodedMono(path, kRate);
+    return pcm ? static_cast<double>(pcm->size()) / (kRate * kBytes) : -1.0;
 }
 
 QString media::probe(const QString& path, const QString& entry) {

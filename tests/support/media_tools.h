@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// Encoding and checking with the ffmpeg command-line tools, for tests. They block.
 namespace media {
 
@@ -22,6 +24,9 @@ QByteArray encodeTone(const Tone& tone);
 
 /// What `ffmpeg -v error` prints when it decodes the file; empty: nothing wrong.
 QString decodeErrors(const QString& path);
+
+/// The decoded audio as 16-bit samples of one channel, rate in Hz; nothing on failure.
+std::optional<QByteArray> decodedMono(const QString& path, int rate);
 
 /// Length of the decoded audio in seconds; negative on failure.
 double decodedSeconds(const QString& path);

@@ -168,6 +168,8 @@ class FfmpegLibrary final : public AudioLibrary {
     HttpRequest requestFor(const UrlArguments& arguments) const;
     std::size_t bufferBytes() const;
     Channel find(DWORD handle) const;
+    /// Null as well where its bytes do not come from the caller.
+    Channel findPushed(HSTREAM handle) const;
     bool freeChannel(DWORD handle);
     std::vector<Channel> channels() const;
     void runDispatcher();

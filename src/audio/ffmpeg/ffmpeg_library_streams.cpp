@@ -244,25 +244,30 @@ HSTREAM FfmpegLibrary::StreamCreatePush(const void* data, QWORD length, QWORD be
     return finishCreate(channel, std::chrono::seconds(1));
 }
 
-bool FfmpegLibrary::StreamPutData(HSTREAM handle, const void* data, QWORD length) {
+FfmpegLibrary::Channel FfmpegLibrary::findPushed(HSTREAM handle) const {
     const Channel channel = find(handle);
-    if (!channel || !channel->isPushed())
+    return channel && channel->isPushed() ? channel : nullptr;
+}
+
+bool FfmpegLibrary::StreamPutData(HSTREAM handle, const void* data, QWORD length) {
+    const Channel channel = findPushed(handle);
+    if (!channel)
         return false;
     channel->put(data, static_cast<std::size_t>(length));
     return true;
 }
 
 bool FfmpegLibrary::StreamPutGap(HSTREAM handle) {
-    const Channel channel = find(handle);
-    if (!channel || !channel->isPushed())
+    const Channel channel = findPushed(handle);
+    if (!channel)
         return false;
     channel->putGap();
     return true;
 }
 
 bool FfmpegLibrary::StreamPutEnd(HSTREAM handle) {
-    const Channel channel = find(handle);
-    if (!channel || !channel->isPushed())
+    const Channel channel = findPushed(handle);
+    if (!channel)
         return false;
     channel->putEnd();
     return true;

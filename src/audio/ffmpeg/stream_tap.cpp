@@ -120,10 +120,9 @@ void StreamTap::audio(const std::uint8_t* data, std::size_t size) {
     if (m_isFirst) {
         m_isFirst = false;
         const std::string type = headers().value("content-type");
-        // a stream of Ogg may be entered within a page
-        if (*data == 'O' ||
-            type.find("ogg") != std::string::npos) // at most a few bytes are held back should it be
-                                                   // no Ogg page after all
+        // A stream of Ogg may be entered within a page. At most a few bytes are held back should it
+        // be no Ogg after all.
+        if (*data == 'O' || type.find("ogg") != std::string::npos)
             m_ogg.emplace(static_cast<OggLinkSplitter::Sink&>(*this));
     }
     if (m_ogg)
