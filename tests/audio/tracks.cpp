@@ -1,7 +1,8 @@
 #include "audio/tracks.h"
 
+#include "support/tool_run.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -53,10 +54,8 @@ QStringList encoderArguments(Track which) {
 }
 
 void run(const QStringList& arguments) {
-    QProcess ffmpeg;
-    ffmpeg.start(QStringLiteral("ffmpeg"), arguments);
-    const bool isDone = ffmpeg.waitForFinished(60000) && ffmpeg.exitCode() == 0;
-    EXPECT_TRUE(isDone) << ffmpeg.readAllStandardError().constData();
+    const ToolOutput ffmpeg = runTool(QStringLiteral("ffmpeg"), arguments);
+    EXPECT_TRUE(ffmpeg.isOk) << ffmpeg.err.constData();
 }
 
 } // namespace

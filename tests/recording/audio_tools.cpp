@@ -2,10 +2,10 @@
 
 #include "audio/frame_header.h"
 #include "support/media_tools.h"
+#include "support/tool_run.h"
 
 #include <QFile>
 #include <QHash>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -19,18 +19,6 @@ namespace {
 const QTemporaryDir& folder() {
     static const QTemporaryDir dir;
     return dir;
-}
-
-struct Output {
-    QByteArray data;
-    QByteArray messages;
-};
-
-Output run(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(60000)) << qPrintable(program) << " does not run";
-    return {process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
 QString freshName(const QString& suffix) {
@@ -49,16 +37,17 @@ QString toneFile(const Tones& tones) {
     const QString key = source + QString::number(tones.channels);
     if (!known.contains(key)) {
         const QString path = freshName(QStringLiteral("wav"));
-        run(QStringLiteral("ffmpeg"),
-            {QStringLiteral("-v"),
-             QStringLiteral("error"),
-             QStringLiteral("-f"),
-             QStringLiteral("lavfi"),
-             QStringLiteral("-i"),
-             source,
-             QStringLiteral("-ac"),
-             QString::number(tones.channels),
-             path});
+        const ToolOutput made = runTool(QStringLiteral("ffmpeg"),
+                                        {QStringLiteral("-v"),
+                                         QStringLiteral("error"),
+                                         QStringLiteral("-f"),
+                                         QStringLiteral("lavfi"),
+                                         QStringLiteral("-i"),
+                                         source,
+                                         QStringLiteral("-ac"),
+                                         QString::number(tones.channels),
+                                         path});
+        EXPECT_TRUE(made.isOk) << made.err.constData();
         known.insert(key, path);
     }
     return known.value(key);
@@ -77,12 +66,12 @@ QByteArray encoded(const QStringList& arguments, const Tones& tones) {
     const QString wav = toneFile(tones);
     const QString key = wav + arguments.join(QLatin1Char(' '));
     if (!known.contains(key)) {
-        const Output output = run(
+        const ToolOutput output = runTool(
             QStringLiteral("ffmpeg"),
             QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), wav} +
                 arguments + QStringList{QStringLiteral("-")});
-        EXPECT_FALSE(output.data.isEmpty()) << output.messages.constData();
-        known.insert(key, output.data);
+        EXPECT_FALSE(output.out.isEmpty()) << output.err.constData();
+        known.insert(key, output.out);
     }
     return known.value(key);
 }
@@ -92,48 +81,49 @@ QByteArray lameEncoded(const QStringList& arguments, const Tones& tones) {
     const QString wav = toneFile(tones);
     const QString key = wav + arguments.join(QLatin1Char(' '));
     if (!known.contains(key)) {
-        const Output output = run(QStringLiteral("lame"),
-                                  QStringList{QStringLiteral("--quiet"), QStringLiteral("-t")} +
-                                      arguments + QStringList{wav, QStringLiteral("-")});
-        EXPECT_FALSE(output.data.isEmpty()) << output.messages.constData();
-        known.insert(key, output.data);
+        const ToolOutput output =
+            runTool(QStringLiteral("lame"),
+                    QStringList{QStringLiteral("--quiet"), QStringLiteral("-t")} + arguments +
+                        QStringList{wav, QStringLiteral("-")});
+        EXPECT_FALSE(output.out.isEmpty()) << output.err.constData();
+        known.insert(key, output.out);
     }
     return known.value(key);
 }
 
 Decoded decodedByFfmpeg(const QString& path) {
-    const Output output = run(QStringLiteral("ffmpeg"),
-                              {QStringLiteral("-v"),
-                               QStringLiteral("error"),
-                               QStringLiteral("-i"),
-                               path,
-                               QStringLiteral("-f"),
-                               QStringLiteral("f32le"),
-                               QStringLiteral("-")});
-    return {floats(output.data), QString::fromLocal8Bit(output.messages)};
+    const ToolOutput output = runTool(QStringLiteral("ffmpeg"),
+                                      {QStringLiteral("-v"),
+                                       QStringLiteral("error"),
+                                       QStringLiteral("-i"),
+                                       path,
+                                       QStringLiteral("-f"),
+                                       QStringLiteral("f32le"),
+                                       QStringLiteral("-")});
+    return {floats(output.out), QString::fromLocal8Bit(output.err)};
 }
 
 Decoded decodedByMpg123(const QString& path) {
-    const Output output = run(QStringLiteral("mpg123"),
-                              {QStringLiteral("-q"),
-                               QStringLiteral("-e"),
-                               QStringLiteral("f32"),
-                               QStringLiteral("-s"),
-                               path});
-    return {floats(output.data), QString::fromLocal8Bit(output.messages)};
+    const ToolOutput output = runTool(QStringLiteral("mpg123"),
+                                      {QStringLiteral("-q"),
+                                       QStringLiteral("-e"),
+                                       QStringLiteral("f32"),
+                                       QStringLiteral("-s"),
+                                       path});
+    return {floats(output.out), QString::fromLocal8Bit(output.err)};
 }
 
 double probedSeconds(const QString& path) {
-    const Output output = run(QStringLiteral("ffprobe"),
-                              {QStringLiteral("-v"),
-                               QStringLiteral("error"),
-                               QStringLiteral("-show_entries"),
-                               QStringLiteral("format=duration"),
-                               QStringLiteral("-of"),
-                               QStringLiteral("csv=p=0"),
-                               path});
+    const ToolOutput output = runTool(QStringLiteral("ffprobe"),
+                                      {QStringLiteral("-v"),
+                                       QStringLiteral("error"),
+                                       QStringLiteral("-show_entries"),
+                                       QStringLiteral("format=duration"),
+                                       QStringLiteral("-of"),
+                                       QStringLiteral("csv=p=0"),
+                                       path});
     bool isNumber = false;
-    const double seconds = output.data.trimmed().toDouble(&isNumber);
+    const double seconds = output.out.trimmed().toDouble(&isNumber);
     return isNumber ? seconds : -1;
 }
 

@@ -1,10 +1,10 @@
 #include "recording/audio_tools.h"
 #include "recording/file_tagger.h"
 #include "recording/recorder_rig.h"
+#include "support/tool_run.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -26,14 +26,13 @@ BASS::FileTags someTags() {
 
 /// All that ffprobe tells of tags, as "name=value" lines; Ogg keeps them with the stream.
 QString probedTags(const QString& path) {
-    QProcess process;
-    process.start(QStringLiteral("ffprobe"),
-                  words("-v error -show_entries format_tags:stream_tags:stream=codec_name -of "
-                        "default=nw=1") +
-                      QStringList(path));
-    EXPECT_TRUE(process.waitForFinished(30000));
-    EXPECT_EQ(process.readAllStandardError().toStdString(), "");
-    return QString::fromUtf8(process.readAllStandardOutput());
+    const ToolOutput probe =
+        runTool(QStringLiteral("ffprobe"),
+                words("-v error -show_entries format_tags:stream_tags:stream=codec_name -of "
+                      "default=nw=1") +
+                    QStringList(path));
+    EXPECT_EQ(probe.err.toStdString(), "");
+    return QString::fromUtf8(probe.out);
 }
 
 QByteArray png() {

@@ -1,11 +1,11 @@
 #include "support/hls_station.h"
 
 #include "audio/frame_header.h"
+#include "support/tool_run.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMutex>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -57,16 +57,6 @@ page(const QByteArray& body, const QByteArray& request, const QByteArray& type, 
            "\r\n\r\n" + part;
 }
 
-QByteArray run(const QString& program, const QStringList& arguments, const QByteArray& input = {}) {
-    QProcess process;
-    process.start(program, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    constexpr int kLimitMs = 60000;
-    process.waitForFinished(kLimitMs);
-    return process.readAllStandardOutput();
-}
-
 QByteArray hexNumber(int number) {
     return QByteArray::number(number, 16).rightJustified(32, '0');
 }
@@ -101,14 +91,15 @@ QByteArray HlsStation::State::playlist() const {
 }
 
 QByteArray HlsStation::State::encrypted(int number) const {
-    return run(QStringLiteral("openssl"),
-               {QStringLiteral("enc"),
-                QStringLiteral("-aes-128-cbc"),
-                QStringLiteral("-K"),
-                QString::fromLatin1(script.key.toHex()),
-                QStringLiteral("-iv"),
-                QString::fromLatin1(hexNumber(number))},
-               piece(number).bytes);
+    return runTool(QStringLiteral("openssl"),
+                   {QStringLiteral("enc"),
+                    QStringLiteral("-aes-128-cbc"),
+                    QStringLiteral("-K"),
+                    QString::fromLatin1(script.key.toHex()),
+                    QStringLiteral("-iv"),
+                    QString::fromLatin1(hexNumber(number))},
+                   piece(number).bytes)
+        .out;
 }
 
 QByteArray HlsStation::State::answer(const QByteArray& request) {
@@ -190,7 +181,7 @@ QVector<HlsPiece> hlsPieces(const QStringList& codec, const QString& type, doubl
                   dir.filePath(QStringLiteral("s%03d.") +
                                (isFragmented ? QStringLiteral("m4s") : QStringLiteral("ts"))),
                   dir.filePath(QStringLiteral("list.m3u8"))};
-    run(QStringLiteral("ffmpeg"), arguments);
+    runTool(QStringLiteral("ffmpeg"), arguments);
     const auto read = [&dir](const QString& name) {
         QFile file(dir.filePath(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -1,28 +1,12 @@
 #include "support/media_tools.h"
 
 #include "audio/frame_header.h"
-
-#include <QProcess>
+#include "support/tool_run.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
-
-struct Output {
-    QByteArray out;
-    QByteArray err;
-    bool isOk;
-};
-
-Output runTool(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    constexpr int kLimitMs = 120000;
-    const bool isOk = process.waitForFinished(kLimitMs) &&
-                      process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    return {process.readAllStandardOutput(), process.readAllStandardError(), isOk};
-}
 
 /// A frame of zeros behind its header: no encoder makes it, the recorder puts it in front.
 bool isSilentFrame(const std::uint8_t* frame, std::size_t bytes) {
@@ -55,36 +39,36 @@ QByteArray media::encodeTone(const Tone& tone) {
                       QStringLiteral("-id3v2_version"),
                       QStringLiteral("0")};
     arguments += {QStringLiteral("-f"), tone.container, QStringLiteral("-")};
-    const Output result = runTool(kFfmpeg, arguments);
+    const ToolOutput result = runTool(kFfmpeg, arguments);
     return result.isOk ? result.out : QByteArray();
 }
 
 QString media::decodeErrors(const QString& path) {
-    const Output result = runTool(kFfmpeg,
-                                  {QStringLiteral("-v"),
-                                   QStringLiteral("error"),
-                                   QStringLiteral("-i"),
-                                   path,
-                                   QStringLiteral("-f"),
-                                   QStringLiteral("null"),
-                                   QStringLiteral("-")});
+    const ToolOutput result = runTool(kFfmpeg,
+                                      {QStringLiteral("-v"),
+                                       QStringLiteral("error"),
+                                       QStringLiteral("-i"),
+                                       path,
+                                       QStringLiteral("-f"),
+                                       QStringLiteral("null"),
+                                       QStringLiteral("-")});
     const QString text = QString::fromUtf8(result.err).trimmed();
     return text.isEmpty() && !result.isOk ? QStringLiteral("ffmpeg failed") : text;
 }
 
 std::optional<QByteArray> media::decodedMono(const QString& path, int rate) {
-    const Output result = runTool(kFfmpeg,
-                                  {QStringLiteral("-v"),
-                                   QStringLiteral("error"),
-                                   QStringLiteral("-i"),
-                                   path,
-                                   QStringLiteral("-ac"),
-                                   QStringLiteral("1"),
-                                   QStringLiteral("-ar"),
-                                   QString::number(rate),
-                                   QStringLiteral("-f"),
-                                   QStringLiteral("s16le"),
-                                   QStringLiteral("-")});
+    const ToolOutput result = runTool(kFfmpeg,
+                                      {QStringLiteral("-v"),
+                                       QStringLiteral("error"),
+                                       QStringLiteral("-i"),
+                                       path,
+                                       QStringLiteral("-ac"),
+                                       QStringLiteral("1"),
+                                       QStringLiteral("-ar"),
+                                       QString::number(rate),
+                                       QStringLiteral("-f"),
+                                       QStringLiteral("s16le"),
+                                       QStringLiteral("-")});
     return result.isOk ? std::optional(result.out) : std::nullopt;
 }
 
