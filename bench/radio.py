@@ -9,6 +9,7 @@ import os
 import pathlib
 import shutil
 import socket
+import stat
 import subprocess
 import tempfile
 import threading
@@ -172,5 +173,12 @@ def decoded(path):
 
 def recorded_files(folder):
     """In the order in which they were finished."""
-    found = [p for p in pathlib.Path(folder, "Recordings").rglob("*") if p.is_file() and not p.name.endswith(".m3u")]
-    return sorted(found, key=lambda p: p.stat().st_mtime_ns)
+    found = []
+    for path in pathlib.Path(folder, "Recordings").rglob("*"):
+        try:
+            status = path.stat()
+        except FileNotFoundError:
+            continue  # has just got its name
+        if stat.S_ISREG(status.st_mode) and path.suffix not in (".m3u", ".tagging"):
+            found.append((status.st_mtime_ns, path))
+    return [path for _, path in sorted(found)]

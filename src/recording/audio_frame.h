@@ -29,6 +29,7 @@ struct AudioFrame {
     quint32 stream = 0;                  ///< frames of one file have the same number
     bool followsGap = false;             ///< the frame before it in the stream was not seen
     bool isLinkStart = false;            ///< Ogg: the first audio packet of its link
+    bool isLinkEnd = false;              ///< Ogg: the last one, as its page says
     qint64 endTrim = 0;                  ///< Ogg: samples at its end that are not to be heard
     std::shared_ptr<const OggLink> link; ///< Ogg only
     QByteArray header;                   ///< native FLAC: the stream's header

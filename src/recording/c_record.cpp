@@ -16,7 +16,6 @@ bool CRecord::open(const QString& path, const Song& song, CutStart start) {
     if (!m_recording.open(path))
         return false;
     m_song = song;
-    m_isNew = true;
     m_writer = makeCutWriter(m_recording, std::move(start));
     return true;
 }
@@ -30,9 +29,7 @@ void CRecord::takeBack(const FrameHistory& frames) {
 }
 
 void CRecord::flush() {
-    // headers without any sound behind them should not be what a crash leaves
-    if (std::exchange(m_isNew, false))
-        m_writer->flush();
+    m_writer->flush();
     m_recording.flush();
 }
 

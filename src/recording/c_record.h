@@ -39,7 +39,6 @@ class CRecord final {
     CRecording m_recording;
     std::unique_ptr<CutWriter> m_writer;
     Song m_song;
-    bool m_isNew = false; ///< nothing of it has been given to the system
 };
 
 } // namespace BASS

@@ -7,6 +7,7 @@
 #include <ogg/ogg.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -16,6 +17,8 @@ namespace {
 constexpr qint64 kOpusPreRoll = 3840; ///< 80 ms at 48 kHz (RFC 7845, section 4.6)
 constexpr int kPreSkipAt = 10;        ///< in "OpusHead", two bytes, low one first
 constexpr int kPagesPerSecond = 2;
+constexpr std::size_t kPageHeader = 27; ///< without its table of packets
+constexpr unsigned char kEndMark = 4;
 
 QByteArray withPreSkip(QByteArray head, qint64 samples) {
     head[kPreSkipAt] = static_cast<char>(samples & 0xFF);
@@ -56,8 +59,11 @@ struct OggCutWriter::Private {
     void end();
     void writeHeaders(qint64 skip);
     void take(const AudioFrame& frame, qint64 samples);
+    void writeHeld(bool isLast);
+    void writeEndPage();
     void packetIn(const QByteArray& bytes, qint64 granulePosition, bool isLast);
     void pagesOut(bool isAll);
+    void put(const ogg_page& page);
 
     ByteSink& sink;
     FrameHistory before;
@@ -70,7 +76,8 @@ struct OggCutWriter::Private {
     qint64 skipped = 0; ///< samples of this link that are not heard
     double seconds = 0; ///< of the links before
     bool isFirstPacket = true;
-    std::optional<AudioFrame> held; ///< the end mark goes on the last packet
+    bool hasEnded = false;          ///< the end mark is written
+    std::optional<AudioFrame> held; ///< may be the last packet, which gets the end mark
     /// Pages of headers wait for audio: a file of them alone would not play after a crash.
     QByteArray headerPages;
     bool isInHeaders = false;
@@ -84,7 +91,8 @@ OggCutWriter::~OggCutWriter() {
 }
 
 void OggCutWriter::write(const AudioFrame& frame) {
-    if (frame.link != m_private->link) {
+    // a server that goes on behind its own end mark goes on in a stream of its own
+    if (frame.link != m_private->link || m_private->hasEnded) {
         m_private->end();
         m_private->begin(frame);
     }
@@ -102,6 +110,7 @@ void OggCutWriter::Private::begin(const AudioFrame& first) {
     packetNumber = 0;
     granule = paged = skipped = 0;
     isFirstPacket = true;
+    hasEnded = false;
 
     const FrameHistory lead = first.followsGap ? FrameHistory() : oggPreRoll(before, *link);
     before.clear();
@@ -135,8 +144,7 @@ void OggCutWriter::Private::writeHeaders(qint64 skip) {
 }
 
 void OggCutWriter::Private::take(const AudioFrame& frame, qint64 samples) {
-    if (held)
-        packetIn(held->bytes, granule, false);
+    writeHeld(false);
     // a Vorbis decoder gives nothing for the first packet of a stream
     const bool isSilent = isFirstPacket && link->codec == OggCodec::Vorbis;
     granule += isSilent ? 0 : samples;
@@ -148,15 +156,40 @@ void OggCutWriter::Private::take(const AudioFrame& frame, qint64 samples) {
 void OggCutWriter::Private::end() {
     if (!link)
         return;
-    if (held) {
-        granule -= std::min(held->endTrim, granule);
-        packetIn(held->bytes, granule, true);
-        held.reset();
-    }
+    writeHeld(true);
     pagesOut(true);
+    if (!hasEnded && headerPages.isEmpty())
+        writeEndPage();
     if (link->sampleRate > 0)
         seconds += static_cast<double>(std::max<qint64>(0, granule - skipped)) / link->sampleRate;
     link.reset();
+}
+
+void OggCutWriter::Private::writeHeld(bool isLast) {
+    if (!held)
+        return;
+    if (isLast)
+        granule -= std::min(held->endTrim, granule);
+    packetIn(held->bytes, granule, isLast);
+    hasEnded = isLast;
+    held.reset();
+}
+
+/// The end mark of a stream whose last packet is written already: a page without one, which
+/// completes no packet and so has no granule position (RFC 3533, section 6).
+void OggCutWriter::Private::writeEndPage() {
+    std::array<unsigned char, kPageHeader> header{'O', 'g', 'g', 'S', 0, kEndMark};
+    const auto putNumber = [&header](std::size_t at, std::size_t bytes, std::uint64_t value) {
+        for (std::size_t n = 0; n < bytes; ++n)
+            header[at + n] = static_cast<unsigned char>(value >> (8 * n));
+    };
+    putNumber(6, 8, ~std::uint64_t{0});
+    putNumber(14, 4, static_cast<std::uint32_t>(stream.serialno));
+    putNumber(18, 4, static_cast<std::uint64_t>(stream.pageno));
+    ogg_page page{header.data(), static_cast<long>(header.size()), nullptr, 0};
+    ogg_page_checksum_set(&page);
+    put(page);
+    hasEnded = true;
 }
 
 void OggCutWriter::Private::packetIn(const QByteArray& bytes, qint64 position, bool isLast) {
@@ -173,28 +206,29 @@ void OggCutWriter::Private::packetIn(const QByteArray& bytes, qint64 position, b
 
 void OggCutWriter::Private::pagesOut(bool isAll) {
     ogg_page page{};
-    QByteArray bytes;
-    while ((isAll ? ogg_stream_flush(&stream, &page) : ogg_stream_pageout(&stream, &page)) != 0) {
-        bytes = QByteArray(reinterpret_cast<const char*>(page.header),
-                           static_cast<int>(page.header_len));
-        bytes.append(reinterpret_cast<const char*>(page.body), static_cast<int>(page.body_len));
-        if (isInHeaders) {
-            headerPages += bytes;
-            continue;
-        }
-        bytes.prepend(std::exchange(headerPages, {}));
-        sink.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                    static_cast<std::size_t>(bytes.size()));
-        paged = std::max<qint64>(paged, ogg_page_granulepos(&page));
+    while ((isAll ? ogg_stream_flush(&stream, &page) : ogg_stream_pageout(&stream, &page)) != 0)
+        put(page);
+}
+
+void OggCutWriter::Private::put(const ogg_page& page) {
+    QByteArray bytes(reinterpret_cast<const char*>(page.header), static_cast<int>(page.header_len));
+    bytes.append(reinterpret_cast<const char*>(page.body), static_cast<int>(page.body_len));
+    if (isInHeaders) {
+        headerPages += bytes;
+        return;
     }
+    bytes.prepend(std::exchange(headerPages, {}));
+    sink.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                static_cast<std::size_t>(bytes.size()));
+    paged = std::max<qint64>(paged, ogg_page_granulepos(&page));
 }
 
 void OggCutWriter::flush() {
-    const Private& d = *m_private;
-    const qint64 heldSamples = d.held ? d.held->samples : 0;
-    const bool isHeard = d.granule - heldSamples > d.skipped;
-    if (d.link && (d.headerPages.isEmpty() || isHeard))
-        m_private->pagesOut(true);
+    Private& d = *m_private;
+    if (!d.link || !(d.headerPages.isEmpty() || d.granule > d.skipped))
+        return;
+    d.writeHeld(d.held && d.held->isLinkEnd);
+    d.pagesOut(true);
 }
 
 void OggCutWriter::finish() {

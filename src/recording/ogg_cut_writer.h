@@ -10,7 +10,8 @@ namespace BASS {
 /// decoder gives nothing for the first one), or 80 ms of Opus packets that the pre-skip hides.
 /// Where there is none, the first 80 ms of an Opus recording are hidden while the decoder settles.
 ///
-/// Pages are handed out after half a second of audio at the latest.
+/// Pages are handed out after half a second of audio at the latest; flush() keeps nothing back.
+/// What ends behind a flush gets its end mark on a page without packets.
 class OggCutWriter final : public CutWriter {
   public:
     OggCutWriter(ByteSink& sink, const FrameHistory& before, quint32 serial);

@@ -167,10 +167,13 @@ void OggSplitter::Private::takePacket(const ogg_packet& packet, FrameList& frame
 /// The last page of a link may end before its last packet does (RFC 3533 leaves it to the codec;
 /// Vorbis I, appendix A.2, and RFC 7845, section 4.4).
 void OggSplitter::Private::endPage(ogg_page& page, FrameList& frames, std::size_t first) {
+    const bool isLast = ogg_page_eos(&page) != 0 && frames.size() > first;
+    if (isLast)
+        frames.back().isLinkEnd = true;
     const qint64 end = ogg_page_granulepos(&page);
     if (end < 0)
         return;
-    if (granule >= 0 && ogg_page_eos(&page) != 0 && frames.size() > first) {
+    if (granule >= 0 && isLast) {
         qint64 samples = 0;
         for (std::size_t n = first; n < frames.size(); ++n)
             samples += frames[n].samples;

@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kSyncInterval{500};
 /// Where bytes come more often than twice in this time they gather for so long: a station sends up
 /// to some hundred times a second.
-constexpr milliseconds kGather{400};
+constexpr milliseconds kGather{300};
 
 } // namespace
 

@@ -1,4 +1,6 @@
 #include "recording/audio_tools.h"
+#include "recording/ogg_cut_writer.h"
+#include "recording/ogg_splitter.h"
 #include "recording/recorder_rig.h"
 
 #include <QDir>
@@ -41,6 +43,29 @@ std::vector<std::string> faultsOf(const BASS::RecordedFile& file, int sampleRate
     note("probed ", probedSeconds(file.path), 0.09); // which counts the pre-skip
     note("decoded ", static_cast<double>(decoded.samples.size()) / 2 / sampleRate, 0.001);
     return faults;
+}
+
+class Bytes final : public BASS::ByteSink {
+  public:
+    bool append(const std::uint8_t* data, std::size_t size) override {
+        bytes.append(reinterpret_cast<const char*>(data), static_cast<int>(size));
+        return true;
+    }
+    bool rewriteStart(const std::uint8_t*, std::size_t) override { return false; }
+    bool truncate(qint64) override { return false; }
+    [[nodiscard]] qint64 size() const override { return bytes.size(); }
+
+    QByteArray bytes;
+};
+
+std::vector<QByteArray> packetsOf(const QByteArray& file) {
+    BASS::OggSplitter splitter(0);
+    BASS::FrameList frames;
+    splitter.push(file.constData(), file.size(), frames);
+    std::vector<QByteArray> packets;
+    for (const BASS::AudioFrame& frame : frames)
+        packets.push_back(frame.bytes);
+    return packets;
 }
 
 class OggCut : public testing::TestWithParam<Codec> {};
@@ -141,6 +166,61 @@ TEST_P(OggCut, ReconnectWithTheSameTitleGoesOnInTheFile) {
     EXPECT_GT(rig.files[0].duration.count(), 5000);
     EXPECT_EQ(fileBytes(rig.files[0].path).count("One"), 2);
     EXPECT_EQ(faultsOf(rig.files[1], GetParam().sampleRate, 4.0), std::vector<std::string>());
+}
+
+/// What a kill leaves is what was flushed: after each page of the server nothing may be held back.
+TEST_P(OggCut, AFlushHoldsNothingBack) {
+    const QByteArray stream = link(GetParam(), 1, "One") + link(GetParam(), 2, "Two");
+    Bytes file;
+    BASS::OggSplitter splitter(0);
+    BASS::OggCutWriter writer(file, {}, 7);
+    std::vector<QByteArray> given;
+    const auto feed = [&](int at, int end) {
+        BASS::FrameList frames;
+        splitter.push(stream.constData() + at, end - at, frames);
+        for (const BASS::AudioFrame& frame : frames) {
+            writer.write(frame);
+            given.push_back(frame.bytes);
+        }
+        writer.flush();
+    };
+    for (int at = 0; at < stream.size();) {
+        const int next = stream.indexOf("OggS", at + 4);
+        feed(at, next < 0 ? stream.size() : next);
+        at = next < 0 ? stream.size() : next;
+        EXPECT_EQ(packetsOf(file.bytes), given) << "at byte " << at;
+    }
+    writer.finish();
+    const Decoded served = decodedByFfmpeg(fileWith(stream, QStringLiteral("ogg")));
+    const Decoded written = decodedByFfmpeg(fileWith(file.bytes, QStringLiteral("ogg")));
+    EXPECT_EQ(written.samples.size(), served.samples.size());
+    EXPECT_EQ(difference(served.samples, written.samples).largest, 0);
+}
+
+/// A recording that is stopped behind a flush ends with a page of the end mark alone.
+TEST_P(OggCut, EndsBehindAFlushLikeAnyOther) {
+    const QByteArray stream = link(GetParam(), 1, "One");
+    std::vector<Decoded> decoded;
+    for (const bool isFlushed : {false, true}) {
+        Bytes file;
+        BASS::OggSplitter splitter(0);
+        BASS::OggCutWriter writer(file, {}, 7);
+        BASS::FrameList frames;
+        splitter.push(stream.constData(), stream.size() / 2, frames);
+        for (const BASS::AudioFrame& frame : frames)
+            writer.write(frame);
+        if (isFlushed)
+            writer.flush();
+        writer.finish();
+        const int last = file.bytes.lastIndexOf("OggS");
+        EXPECT_EQ(file.bytes.at(last + 5) & 4, 4);
+        EXPECT_EQ(file.bytes.size() - last == 27, isFlushed);
+        const QString path = fileWith(file.bytes, QLatin1String(GetParam().suffix));
+        EXPECT_NEAR(probedSeconds(path), writer.seconds(), 0.09);
+        decoded.push_back(decodedByFfmpeg(path));
+        EXPECT_EQ(decoded.back().messages.toStdString(), "");
+    }
+    EXPECT_TRUE(decoded[0].samples == decoded[1].samples);
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs,
