@@ -24,8 +24,8 @@ namespace {
 using Mode = EncoderOptions::Mode;
 
 constexpr int kIoBytes = 16384;
-constexpr int kPageMicroseconds = 500'000;
-constexpr int kFragmentMicroseconds = 1'000'000;
+constexpr int kPageMicroseconds = 250'000;
+constexpr int kFragmentMicroseconds = 250'000;
 constexpr int kDefaultBitrate = 128'000;
 /// What a WMA quality of 1 to 100 costs; the encoder knows bitrates only.
 constexpr int kWmaLowest = 32'000;
