@@ -41,15 +41,17 @@ void Mixer::render(float* out, std::size_t frames) {
     const std::size_t samples = frames * Voice::kChannels;
     std::fill(out, out + samples, 0.0F);
     bool isSilent = true;
+    bool isSounding = false;
     for (auto& slot : m_voices) {
         Voice* const voice = slot.load();
         if (voice == nullptr)
             continue;
-        voice->render(out, frames);
+        isSounding = voice->render(out, frames) || isSounding;
         isSilent = isSilent && voice->isMuted();
     }
     isSilent = isSilent || m_globalVolume.load() == 0;
     const bool wasSilent = m_isSilent.exchange(isSilent);
+    m_isSounding.store(isSounding);
     m_pass.fetch_add(1);
 
     const float goal = static_cast<float>(m_globalVolume.load()) / 10000.0F;
@@ -59,14 +61,21 @@ void Mixer::render(float* out, std::size_t frames) {
         return;
     }
     const float step = (goal - m_lastGain) / static_cast<float>(frames);
-    float gain = m_lastGain;
-    for (std::size_t n = 0; n < samples; ++n) {
-        if (n % Voice::kChannels == 0)
+    if (step != 0.0F) {
+        float gain = m_lastGain;
+        for (std::size_t n = 0; n < samples; n += Voice::kChannels) {
             gain += step;
-        // a stream of the wrong kind may decode to many times full scale: spare ears and speakers
-        out[n] = std::clamp(out[n] * gain, -1.0F, 1.0F);
+            out[n] *= gain;
+            out[n + 1] *= gain;
+        }
+    } else if (goal != 1.0F) {
+        for (std::size_t n = 0; n < samples; ++n)
+            out[n] *= goal;
     }
     m_lastGain = goal;
+    // a stream of the wrong kind may decode to many times full scale: spare ears and speakers
+    for (std::size_t n = 0; n < samples; ++n)
+        out[n] = std::clamp(out[n], -1.0F, 1.0F);
 }
 
 } // namespace BASS

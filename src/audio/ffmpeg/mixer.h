@@ -24,6 +24,8 @@ class Mixer {
 
     /// In the last block every voice was muted, and no slide was under way.
     [[nodiscard]] bool isSilent() const { return m_isSilent.load(); }
+    /// In the last block a voice played.
+    [[nodiscard]] bool isSounding() const { return m_isSounding.load(); }
 
     /// 0 to 10000, linear.
     void setGlobalVolume(std::uint32_t value) { m_globalVolume.store(value); }
@@ -39,6 +41,7 @@ class Mixer {
     std::atomic<std::uint64_t> m_pass{0}; ///< odd while render() runs
     std::atomic<std::uint32_t> m_globalVolume{10000};
     std::atomic<bool> m_isSilent{false};
+    std::atomic<bool> m_isSounding{false};
     float m_lastGain = 1.0F; ///< render() only
 };
 

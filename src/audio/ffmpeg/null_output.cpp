@@ -10,6 +10,8 @@ namespace BASS {
 namespace {
 
 constexpr std::size_t kBlockFrames = 1024;
+/// Blocks at a time while something plays, which nobody hears; what begins to play begins at once.
+constexpr std::uint64_t kSoundingBlocks = 8;
 /// Blocks at a time while all is muted: what is late by half a second is not missed. A voice keeps
 /// more than that.
 constexpr std::uint64_t kSilentBlocks = 20;
@@ -45,7 +47,9 @@ void NullOutput::run() {
     std::uint64_t blocks = 0;
     std::unique_lock lock(m_mutex);
     for (;;) {
-        const std::uint64_t step = m_mixer.isSilent() ? kSilentBlocks : 1;
+        const std::uint64_t step = m_mixer.isSilent()     ? kSilentBlocks
+                                   : m_mixer.isSounding() ? kSoundingBlocks
+                                                          : 1;
         // never ahead of the clock, or a thin buffer would run dry
         const auto due = begin + std::chrono::duration_cast<Clock::duration>(
                                      period * static_cast<double>(blocks + step - 1));

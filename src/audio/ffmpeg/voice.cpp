@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 
 namespace BASS {
 namespace {
@@ -12,12 +13,41 @@ constexpr std::uint32_t kDeclickMs = 10;
 /// After a stall the ring is filled this far, so that one late packet is no second stall.
 constexpr std::uint32_t kRefillMs = 500;
 
-std::uint32_t peakWord(float left, float right) {
-    const auto scale = [](float value) {
-        return static_cast<std::uint32_t>(std::lround(std::min(value, 1.0F) * 32768.0F));
-    };
-    return scale(left) | (scale(right) << 16);
-}
+/// The greatest distance from zero on either side. The bits of positive floats are ordered as the
+/// floats are, and in whole numbers the compiler compares several at once.
+class Peaks {
+  public:
+    void take(const float* samples, std::size_t count) {
+        std::size_t n = 0;
+        for (; n + kLanes <= count; n += kLanes)
+            takeSome(samples + n, kLanes);
+        takeSome(samples + n, count - n);
+    }
+    [[nodiscard]] std::uint32_t word() const {
+        const auto side = [this](std::size_t first) {
+            std::int32_t most = 0;
+            for (std::size_t lane = first; lane < kLanes; lane += Voice::kChannels)
+                most = std::max(most, m_bits[lane]);
+            float value = 0.0F;
+            std::memcpy(&value, &most, sizeof value);
+            return static_cast<std::uint32_t>(std::lround(std::fmin(value, 1.0F) * 32768.0F));
+        };
+        return side(0) | (side(1) << 16);
+    }
+
+  private:
+    static constexpr std::size_t kLanes = 8;
+
+    void takeSome(const float* samples, std::size_t count) {
+        constexpr std::int32_t kWithoutSign = 0x7FFFFFFF;
+        std::array<std::int32_t, kLanes> bits{};
+        std::memcpy(bits.data(), samples, count * sizeof(float));
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            m_bits[lane] = std::max(m_bits[lane], bits[lane] & kWithoutSign);
+    }
+
+    std::array<std::int32_t, kLanes> m_bits{};
+};
 
 } // namespace
 
@@ -124,14 +154,14 @@ bool Voice::isWaitingForRefill() {
     return false;
 }
 
-void Voice::render(float* out, std::size_t frames) {
+bool Voice::render(float* out, std::size_t frames) {
     m_ring.skipTo(m_skipTo.load());
     m_gain.takeCommand();
     if (m_mode.load() != Mode::Playing || m_hasEnded.load() || isWaitingToCatchUp(frames) ||
         isWaitingForRefill()) {
         m_lastPeak.store(m_peak.exchange(0));
         askForMore();
-        return;
+        return false;
     }
     const bool isLast = m_sourceEnded.load(); // before the ring is read: nothing can be missed
     const std::size_t mixed = mix(out, frames);
@@ -152,6 +182,7 @@ void Voice::render(float* out, std::size_t frames) {
         events |= kSlideEnded;
     raise(events);
     askForMore();
+    return mixed > 0;
 }
 
 void Voice::askForMore() {
@@ -159,34 +190,31 @@ void Voice::askForMore() {
         m_space.post();
 }
 
+void Voice::addRamp(const float* samples, std::size_t count, float* out) {
+    for (std::size_t n = 0; n + 1 < count; n += kChannels) {
+        const float gain = m_gain.next();
+        out[n] += samples[n] * gain;
+        out[n + 1] += samples[n + 1] * gain;
+    }
+}
+
 std::size_t Voice::mix(float* out, std::size_t frames) {
-    std::array<float, kChannels> peak{};
+    Peaks peaks;
     const bool isSpectrumWanted = m_spectrum.isWanted();
     const auto add = [&](const float* samples, std::size_t count) {
         if (isSpectrumWanted)
             m_spectrum.take(samples, count);
-        const bool isSteady = m_gain.isSteady();
-        float gain = m_gain.gain();
-        if (isSteady && gain == 0.0F) {
-            for (std::size_t n = 0; n + 1 < count; n += kChannels) {
-                peak[0] = std::max(peak[0], std::abs(samples[n]));
-                peak[1] = std::max(peak[1], std::abs(samples[n + 1]));
-            }
-            out += count;
-            return;
-        }
-        for (std::size_t n = 0; n + 1 < count; n += kChannels) {
-            if (!isSteady)
-                gain = m_gain.next();
-            peak[0] = std::max(peak[0], std::abs(samples[n]));
-            peak[1] = std::max(peak[1], std::abs(samples[n + 1]));
-            out[n] += samples[n] * gain;
-            out[n + 1] += samples[n + 1] * gain;
-        }
+        peaks.take(samples, count);
+        const float gain = m_gain.gain();
+        if (!m_gain.isSteady())
+            addRamp(samples, count, out);
+        else if (gain != 0.0F)
+            for (std::size_t n = 0; n < count; ++n)
+                out[n] += samples[n] * gain;
         out += count;
     };
     const std::size_t mixed = m_ring.consume(frames * kChannels, add) / kChannels;
-    m_lastPeak.store(m_peak.exchange(peakWord(peak[0], peak[1])));
+    m_lastPeak.store(m_peak.exchange(peaks.word()));
     return mixed;
 }
 

@@ -83,11 +83,12 @@ class Voice {
     void armTag(std::uint64_t frame) { m_tagFrame.store(frame); }
 
     // --- output callback ------------------------------------------------------------------------
-    /// Adds up to `frames` frames to `out`.
-    void render(float* out, std::size_t frames);
+    /// Adds up to `frames` frames to `out`. False where it does not play.
+    bool render(float* out, std::size_t frames);
 
   private:
     std::size_t mix(float* out, std::size_t frames);
+    void addRamp(const float* samples, std::size_t count, float* out);
     bool isWaitingForRefill();
     bool isWaitingToCatchUp(std::size_t frames);
     void raise(std::uint32_t events);
