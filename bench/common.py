@@ -78,6 +78,62 @@ def resident_mb(pid):
     return 0.0
 
 
+QUIET = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+
+
+class Cost:
+    """What programs that run beside each other need, run by run."""
+
+    def __init__(self):
+        self.cpu = {}  # by program: seconds a minute
+        self.memory = {}  # MB
+
+    def measure(self, players, seconds, settle=10):
+        """players: by name, command and environment. They are given `settle` seconds until all play."""
+        running = {who: subprocess.Popen(command, env=env, **QUIET) for who, (command, env) in players.items()}
+        try:
+            time.sleep(settle)
+            start = time.monotonic()
+            before = {who: ticks(process.pid) for who, process in running.items()}
+            time.sleep(seconds)
+            scale = 60 / (time.monotonic() - start) / os.sysconf("SC_CLK_TCK")
+            for who, process in running.items():
+                if process.poll() is not None:
+                    sys.exit(f"{who} has ended")
+                self.cpu.setdefault(who, []).append((ticks(process.pid) - before[who]) * scale)
+                self.memory.setdefault(who, []).append(resident_mb(process.pid))
+        finally:
+            for process in running.values():
+                process.kill()
+                process.wait()
+
+    def seconds(self, who):
+        return median(self.cpu[who])
+
+    def resident(self, who):
+        return median(self.memory[who])
+
+
+class SoundServer:
+    """A private one whose only device is nowhere, but paced and asked as a real one."""
+
+    def __enter__(self):
+        self.folder = tempfile.mkdtemp()
+        socket_path = f"{self.folder}/native"
+        self.env = {"PULSE_SERVER": f"unix:{socket_path}", "SDL_AUDIODRIVER": "pulseaudio"}
+        self.process = subprocess.Popen(
+            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--load=module-null-sink",
+             f"--load=module-native-protocol-unix socket={socket_path} auth-anonymous=1"],
+            env=dict(os.environ, HOME=self.folder, XDG_RUNTIME_DIR=self.folder), **QUIET)
+        wait_for(lambda: os.path.exists(socket_path), "the sound server does not start")
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
 def median(values):
     return statistics.median(values)
 

@@ -3,15 +3,12 @@
 without effects, Wavelark with equalizer and boost, mpg123, and mpv where it is installed. All of them
 send their sound nowhere in real time. Usage: bench/effects_cost.py [SECONDS [RUNS]]"""
 
-import os
 import pathlib
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
 
-from common import PROGRAM, environment, median, need_build, ticks
+from common import PROGRAM, Cost, environment, need_build
 from radio import Radio
 
 EFFECTS = """[General]
@@ -42,25 +39,14 @@ def main():
     need_build()
     seconds = int(sys.argv[1]) if len(sys.argv) > 1 else 60
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
-    cost = {}
-    quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+    cost = Cost()
     with Radio(["mp3"]) as radio, tempfile.TemporaryDirectory() as plain, tempfile.TemporaryDirectory() as shaped:
         put_settings(shaped)
         for _ in range(runs):
-            running = {name: subprocess.Popen(arguments, env=env, **quiet)
-                       for name, (arguments, env) in players(radio.url("mp3"), plain, shaped).items()}
-            time.sleep(8)  # all play
-            start = time.monotonic()
-            before = {name: ticks(process.pid) for name, process in running.items()}
-            time.sleep(seconds)
-            scale = 60 / (time.monotonic() - start) / os.sysconf("SC_CLK_TCK")
-            for name, process in running.items():
-                cost.setdefault(name, []).append((ticks(process.pid) - before[name]) * scale)
-                process.kill()
-                process.wait()
-    for name, values in cost.items():
-        print(f"{name}: {median(values):.2f} CPU seconds a minute, median of {runs}")
-    more = median(cost["wavelark with equalizer and boost"]) - median(cost["wavelark"])
+            cost.measure(players(radio.url("mp3"), plain, shaped), seconds)
+    for name in cost.cpu:
+        print(f"{name}: {cost.seconds(name):.2f} CPU seconds a minute, median of {runs}")
+    more = cost.seconds("wavelark with equalizer and boost") - cost.seconds("wavelark")
     print(f"effects: {more / 0.6:.2f} % of a core more")
 
 

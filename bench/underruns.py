@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """How often the device asks for sound and there is too little, while one core and the disk are busy and the station is
-recorded too. The device is SDL's writer of files at a real device's pace: a period of 1024 frames each 23 ms, into a
+recorded too. The device is SDL's writer of files at a real device's pace: a period of 882 frames each 20 ms, into a
 pipe. The station is never silent, so that a period with 32 silent frames in a row is one that found too little.
 Usage: bench/underruns.py [MINUTES]"""
 
@@ -15,9 +15,10 @@ import time
 from common import PROGRAM, environment, need_build
 from radio import Radio
 
-PERIOD_MS = 23
+PERIOD_MS = 20
 FRAME = 8  # bytes: two floats
-PERIOD = 1024 * FRAME
+PERIOD_FRAMES = 882
+PERIOD = PERIOD_FRAMES * FRAME
 RATE = 44100
 SILENCE = bytes(32 * FRAME)
 
@@ -56,7 +57,7 @@ def listen(fifo, minutes):
             heard += 1
             if SILENCE in period:
                 silent = sum(period[at:at + FRAME] == bytes(FRAME) for at in range(0, PERIOD, FRAME))
-                short.append((heard * PERIOD // FRAME / RATE, silent))
+                short.append((heard * PERIOD_FRAMES / RATE, silent))
     return heard, short
 
 
@@ -67,7 +68,8 @@ def main():
     with Radio(["mp3"]) as radio, tempfile.TemporaryDirectory() as folder:
         fifo = os.path.join(folder, "sound")
         os.mkfifo(fifo)
-        env = environment(folder, SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE=fifo, SDL_DISKAUDIODELAY=str(PERIOD_MS))
+        env = environment(folder, SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE=fifo, SDL_DISKAUDIODELAY=str(PERIOD_MS),
+                          SDL_AUDIO_SAMPLES=str(PERIOD_FRAMES))
         process = subprocess.Popen([str(PROGRAM), f"/url={radio.url('mp3')}", "/action=Record (Split)"], env=env,
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         core = subprocess.Popen([sys.executable, "-c", "while True: pass"])
