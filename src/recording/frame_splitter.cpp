@@ -3,11 +3,15 @@
 #include "audio/frame_header.h"
 
 #include <cstring>
+#include <utility>
 
 namespace BASS {
 namespace {
 
 constexpr int kChainedHeaders = 3;
+/// Three frames of another format find room in it several times over.
+constexpr int kForeignBytes = 16384;
+constexpr int kForeignBytesAtEnd = 2048;
 
 bool isTag(const std::uint8_t* data) {
     return std::memcmp(data, "ID3", 3) == 0 || std::memcmp(data, "TAG", 3) == 0 ||
@@ -53,6 +57,12 @@ void FrameSplitter::finish(FrameList& frames) {
     m_cursor = 0;
     m_isInSync = false;
     m_hasGap = true;
+}
+
+QByteArray FrameSplitter::takeForeign(bool isEnd) {
+    if (m_foreign.size() < (isEnd ? kForeignBytesAtEnd : kForeignBytes))
+        return {};
+    return std::exchange(m_foreign, {}) + m_buffer.mid(static_cast<int>(m_cursor));
 }
 
 void FrameSplitter::walk(FrameList& frames, bool isEnd) {
@@ -160,11 +170,13 @@ void FrameSplitter::emitFrame(const FrameHead& head, FrameList& frames) {
     frame.followsGap = m_hasGap;
     frames.push_back(std::move(frame));
     m_hasGap = false;
+    m_foreign.clear();
     m_cursor += head.bytes;
     m_position += static_cast<qint64>(head.bytes);
 }
 
 void FrameSplitter::drop(std::size_t bytes) {
+    m_foreign.append(m_buffer.constData() + m_cursor, static_cast<int>(bytes));
     m_cursor += bytes;
     m_position += static_cast<qint64>(bytes);
     m_dropped += static_cast<qint64>(bytes);

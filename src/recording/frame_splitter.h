@@ -30,6 +30,7 @@ class FrameSplitter final : public StreamParser {
     void push(const char* data, qsizetype size, FrameList& frames) override;
     void finish(FrameList& frames) override;
     [[nodiscard]] qint64 droppedBytes() const override { return m_dropped; }
+    QByteArray takeForeign(bool isEnd) override;
 
   private:
     enum class Answer { No, Yes, NeedMore };
@@ -53,6 +54,7 @@ class FrameSplitter final : public StreamParser {
     std::size_t m_cursor = 0; ///< first byte of m_buffer that is not dealt with
     qint64 m_position;        ///< of m_cursor
     qint64 m_dropped = 0;
+    QByteArray m_foreign;            ///< dropped since the last frame, or since it was given
     std::optional<quint32> m_stream; ///< of the newest frame
     bool m_isInSync = false;
     bool m_hasGap = true;

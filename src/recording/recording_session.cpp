@@ -73,6 +73,7 @@ void RecordingSession::append(const QByteArray& bytes) {
         FrameList frames;
         m_parser->push(bytes.constData(), bytes.size(), frames);
         takeFrames(frames);
+        followFormat(false);
     }
 }
 
@@ -105,8 +106,25 @@ void RecordingSession::detect(bool isEnd) {
     takeFrames(frames);
 }
 
+/// A connection may go over to another format without a word.
+void RecordingSession::followFormat(bool isEnd) {
+    const QByteArray bytes = m_parser->takeForeign(isEnd);
+    if (bytes.isEmpty())
+        return;
+    const auto format = detectFormat(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                     static_cast<std::size_t>(bytes.size()),
+                                     isEnd);
+    if (!format || *format == StreamFormat::Unknown || *format == m_format)
+        return;
+    m_parser.reset();
+    m_undetected = bytes;
+    detect(isEnd);
+}
+
 void RecordingSession::endParser() {
     detect(true);
+    if (m_parser)
+        followFormat(true);
     if (!m_parser)
         return;
     FrameList frames;

@@ -67,6 +67,7 @@ class RecordingSession final : public WriterSession {
 
   private:
     void detect(bool isEnd);
+    void followFormat(bool isEnd);
     void endParser();
     void takeFrames(const FrameList& frames);
     void takeFrame(const AudioFrame& frame);

@@ -19,6 +19,10 @@ class StreamParser {
     virtual void finish(FrameList& frames) = 0;
     /// Bytes so far that belonged to no whole frame.
     [[nodiscard]] virtual qint64 droppedBytes() const = 0;
+    /// Where so much in a row was none of its frames that another format may have begun: all behind
+    /// the last frame. Empty otherwise. Each stretch is given once; at the `isEnd` of a connection
+    /// a shorter one too.
+    virtual QByteArray takeForeign(bool /*isEnd*/) { return {}; }
 };
 
 } // namespace BASS

@@ -73,6 +73,12 @@ void addChanges(std::vector<HostileRow>& rows) {
                          kFourUntitled,
                          {},
                          4 * kToneSeconds));
+    rows.push_back(plays("AAC that becomes MP3",
+                         adts() + mp3(1) + mp3(2) + mp3(3),
+                         "audio/aac",
+                         kUntitled + kUntitled,
+                         {},
+                         4 * kToneSeconds));
     rows.push_back(plays("Ogg of changing codecs",
                          track(Track::Vorbis) + track(Track::Opus, "Second") +
                              track(Track::OggFlac, "Third") + track(Track::Vorbis, "Fourth"),

@@ -68,6 +68,34 @@ TEST(StreamRecorder, FlacFilesDecodeLikeTheWhole) {
     }
 }
 
+TEST(StreamRecorder, AnotherFormatInTheSameConnectionBeginsANewFile) {
+    const QByteArray vorbis =
+        encoded(QStringLiteral("-c:a libvorbis -f ogg").split(QLatin1Char(' ')));
+    const std::vector<std::pair<QString, QByteArray>> parts{{QStringLiteral("aac"), adts()},
+                                                            {QStringLiteral("mp3"), mp3()},
+                                                            {QStringLiteral("ogg"), vorbis}};
+    const std::vector<std::vector<std::size_t>> orders{{0, 1}, {1, 0}, {1, 2}, {0, 1, 2}};
+    for (const std::vector<std::size_t>& order : orders) {
+        RecorderRig rig;
+        QByteArray stream;
+        QStringList names;
+        for (const std::size_t part : order) {
+            stream += parts[part].second;
+            names << QStringLiteral("Track 0.") + parts[part].first;
+        }
+        rig.start();
+        rig.feed(stream);
+        rig.stop();
+        EXPECT_EQ(rig.names(), names);
+        for (std::size_t n = 0; n < std::min(order.size(), rig.files.size()); ++n) {
+            const auto& [suffix, bytes] = parts[order[n]];
+            const Decoded got = decodedByFfmpeg(rig.files[n].path);
+            EXPECT_EQ(got.messages.toStdString(), "");
+            EXPECT_EQ(got.samples.size(), decodedByFfmpeg(fileWith(bytes, suffix)).samples.size());
+        }
+    }
+}
+
 TEST(StreamRecorder, WithoutSplittingTitlesCutNothing) {
     RecorderRig rig;
     rig.options.mode = RecordMode::NoSplit;

@@ -16,7 +16,7 @@ constexpr int kPrebufferMs = 100;
 constexpr std::uint32_t kAdjustedMs = 400;
 constexpr std::uint32_t kUnheardMs = 560;
 /// A frame-wise format that gives nothing for so many bytes is not what it was taken for.
-constexpr std::uint64_t kBarrenBytes = 256U * 1024U;
+constexpr std::uint64_t kBarrenBytes = 64U * 1024U;
 constexpr int kMaxFailures = 3;
 
 bool isFramed(StreamFormat format) {
