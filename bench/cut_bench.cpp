@@ -32,10 +32,11 @@ class Times {
     }
     void print(const char* what) {
         std::sort(m_times.begin(), m_times.end());
-        std::printf("%-24s cuts %zu, milliseconds: median %.3f, longest %.3f\n",
+        std::printf("%-24s cuts %zu, milliseconds: median %.3f, 99 %% %.3f, longest %.3f\n",
                     what,
                     m_times.size(),
                     m_times[m_times.size() / 2],
+                    m_times[m_times.size() * 99 / 100],
                     m_times.back());
     }
 

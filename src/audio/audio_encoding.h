@@ -94,11 +94,11 @@ class AudioEncoding {
     /// Not of the library's own: a second encoder, with the settings of the first, takes over at
     /// one sample: the first one that is decoded from the stream's byte `position` or later,
     /// `delayMs` after it. The old one ends there by itself (length 0); no sample is lost or
-    /// doubled. The new one starts at once and waits. A place decoded more than half a second ago
-    /// is cut as early as still possible. Stopping the new one before the cut is reached stops the
-    /// old one with it, there and then. An external program is started a second time. 0: `old` does
-    /// not run (BASS_ERROR_HANDLE) or waits for another cut already (BASS_ERROR_ALREADY). May be
-    /// called from a TITLEPROC, where no byte of the title has been decoded yet and every cut is
+    /// doubled. The new one starts with its first sample. A place decoded more than half a second
+    /// ago is cut as early as still possible. Stopping the new one before the cut is reached stops
+    /// the old one with it, there and then. An external program is started a second time. 0: `old`
+    /// does not run (BASS_ERROR_HANDLE) or waits for another cut already (BASS_ERROR_ALREADY). May
+    /// be called from a TITLEPROC, where no byte of the title has been decoded yet and every cut is
     /// exact.
     virtual HENCODE
     Encode_CutAt(HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) = 0;

@@ -318,23 +318,28 @@ void ChannelEncoder::ended(HENCODE encoder) {
 }
 
 void ChannelEncoder::check() {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_isActive || m_holder.encoder() == 0)
-            return;
-        if (!hasStopped()) {
-            splitByTime();
-            return;
-        }
+    if (hasStopped()) {
+        stop();
+        return;
     }
-    stop();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_isActive && m_holder.encoder() != 0)
+        splitByTime();
 }
 
-/// A library that does not tell the end of an encoder is asked.
+/// A library that does not tell the end of an encoder is asked, without the mutex: the answer may
+/// wait for the decoder, and the network thread must not.
 bool ChannelEncoder::hasStopped() {
-    const HENCODE encoder = m_holder.encoder();
-    if (m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
+    HENCODE encoder = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        encoder = m_isActive ? m_holder.encoder() : 0;
+    }
+    if (encoder == 0 || m_library.Encode_IsActive(encoder) != BASS_ACTIVE_STOPPED)
         return false;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_isActive || m_holder.encoder() != encoder)
+        return false; // a cut has ended it meanwhile
     m_recorder.feedEncoded([encoder](EncodedSession& files) { files.endFile(encoder, true); }, 0);
     return true;
 }

@@ -65,12 +65,12 @@ class ChannelEncoder final : public QObject {
     void bytesCame(HENCODE encoder, const void* data, DWORD size);
     void ended(HENCODE encoder);
     void check();
+    [[nodiscard]] bool hasStopped();
 
     // with the mutex held
     [[nodiscard]] bool begin(DWORD channel);
     void beginPast(const PastStream& past);
     [[nodiscard]] QWORD placeOf(const Song& song) const;
-    [[nodiscard]] bool hasStopped();
     void splitByTime();
     HENCODE goOnInNext(QWORD position, DWORD delayMs);
     void moveTo(DWORD channel);

@@ -19,9 +19,10 @@ constexpr std::size_t kChannels = 2;
 Encoder::Encoder(Setup setup) : m_setup(std::move(setup)) {}
 
 Encoder::~Encoder() {
+    if (!m_thread.joinable())
+        return;
     finish(false);
-    if (m_thread.joinable())
-        m_thread.join();
+    m_thread.join();
 }
 
 int Encoder::start() {
@@ -31,10 +32,15 @@ int Encoder::start() {
     return m_openResult;
 }
 
-void Encoder::startUnwaited() {
-    m_isUnwaited = true;
+void Encoder::startWhenNeeded() {
+    m_startsLate = true;
     m_isRunning.store(true);
-    m_thread = std::thread([this] { run(); });
+}
+
+/// With the mutex held.
+void Encoder::ensureThread() {
+    if (m_startsLate && !m_thread.joinable())
+        m_thread = std::thread([this] { run(); });
 }
 
 void Encoder::push(const float* samples, std::size_t frames) {
@@ -49,6 +55,7 @@ void Encoder::push(const float* samples, std::size_t frames) {
         } else {
             m_queue.emplace_back(samples, samples + frames * kChannels);
             m_queuedFrames += frames;
+            ensureThread();
         }
     }
     m_changed.notify_all();
@@ -67,6 +74,7 @@ void Encoder::finish(bool isComplete) {
             m_queue.clear();
             m_queuedFrames = 0;
         }
+        ensureThread();
     }
     m_changed.notify_all();
 }
@@ -92,7 +100,7 @@ void Encoder::deliver(const std::uint8_t* data, std::size_t size, std::int64_t o
 }
 
 void Encoder::run() {
-    const bool wasOpen = encodeToTheEnd() || m_isUnwaited;
+    const bool wasOpen = encodeToTheEnd() || m_startsLate;
     m_isRunning.store(false);
     if (wasOpen)
         m_setup.proc(m_setup.handle, m_channel.load(), nullptr, 0, m_setup.user);

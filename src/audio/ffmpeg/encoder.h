@@ -17,7 +17,8 @@ namespace BASS {
 /// One running encoder: a thread with a bounded queue of samples in front of it.
 ///
 /// *Thread*: any; the makers' result and every callback are on the encoder's own. *Owner*: shared
-/// by the library's table and the tap. *Life*: start(), push(), finish(), wait().
+/// by the library's table and the tap. *Life*: start(), push(), finish(), wait(). One that waits
+/// for its first audio may go without any callback.
 class Encoder {
   public:
     struct Setup {
@@ -38,9 +39,9 @@ class Encoder {
 
     /// Waits until it has opened, some milliseconds. BASS_OK, or why not: then no callback comes.
     int start();
-    /// Returns at once, for settings that have opened before. One that does not open ends as one
-    /// that fails later.
-    void startUnwaited();
+    /// Instead of start(), for settings that have opened before: it starts with the first audio, or
+    /// with finish(). One that does not open ends as one that fails later.
+    void startWhenNeeded();
     /// Interleaved stereo. Never waits.
     void push(const float* samples, std::size_t frames);
     /// No more comes; isComplete: what is queued is still encoded. Returns at once.
@@ -59,6 +60,7 @@ class Encoder {
     [[nodiscard]] DWORD channel() const { return m_channel.load(); }
 
   private:
+    void ensureThread();
     void run();
     bool encodeToTheEnd();
     bool encodeAll(PcmEncoder& encoder);
@@ -71,10 +73,10 @@ class Encoder {
     std::atomic<DWORD> m_channel{0};
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_hasEnded{false};
-    std::thread m_thread;
+    std::thread m_thread; ///< made by start(), or with the mutex held
 
     // encoder thread
-    bool m_isUnwaited = false; ///< set before it starts
+    bool m_startsLate = false; ///< set before it starts
     std::int64_t m_delivered = 0;
     bool m_hasAudio = false;
     std::vector<std::uint8_t> m_head; ///< written before the first sample came

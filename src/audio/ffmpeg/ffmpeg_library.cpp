@@ -221,6 +221,7 @@ void FfmpegLibrary::runDispatcher() {
             return;
         sweepEncoders();
         for (const Channel& channel : channels()) {
+            channel->pcmTap().settle();
             if (channel->dispatch()) {
                 channel->syncs().fire(BASS_SYNC_FREE, 0);
                 freeChannel(channel->handle());

@@ -118,7 +118,8 @@ HENCODE FfmpegLibrary::Encode_StartAs(DWORD handle,
     });
 }
 
-/// Running, with its handle and its place in the table; null with the reason in ErrorGetCode().
+/// Running, or waiting for its first audio, with its handle and its place in the table; null with
+/// the reason in ErrorGetCode().
 std::shared_ptr<Encoder> FfmpegLibrary::makeEncoder(const EncoderArguments& arguments,
                                                     MakeEncoder make) {
     if (arguments.proc == nullptr) {
@@ -140,7 +141,7 @@ std::shared_ptr<Encoder> FfmpegLibrary::makeEncoder(const EncoderArguments& argu
     encoder->setChannel(arguments.handle);
     int error = BASS_OK;
     if (arguments.isProven)
-        encoder->startUnwaited();
+        encoder->startWhenNeeded();
     else
         error = encoder->start();
     if (error != BASS_OK) {
@@ -165,6 +166,7 @@ HENCODE FfmpegLibrary::startEncoder(const EncoderArguments& arguments, MakeEncod
     return encoder->handle();
 }
 
+/// Comes from the network thread: nothing here waits for a thread that decodes or encodes.
 HENCODE FfmpegLibrary::Encode_CutAt(
     HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) {
     const std::lock_guard lock(m_encodeMutex);
@@ -174,16 +176,18 @@ HENCODE FfmpegLibrary::Encode_CutAt(
         fail(BASS_ERROR_HANDLE);
         return 0;
     }
-    if (!channel->pcmTap().isLast(*before)) {
-        fail(BASS_ERROR_ALREADY);
-        return 0;
-    }
     const auto next =
         makeEncoder({channel->handle(), nullptr, 0, proc, user, true}, before->setup().make);
     if (!next)
         return 0;
     const auto rate = static_cast<std::uint64_t>(m_rate.load());
-    channel->pcmTap().cut(*before, next, {position, rate * delayMs / 1000});
+    if (!channel->pcmTap().cut(*before, next, {position, rate * delayMs / 1000})) {
+        const std::lock_guard tables(m_mutex);
+        m_encoders.erase(next->handle());
+        fail(BASS_ERROR_ALREADY);
+        return 0;
+    }
+    m_signal.post(); // the dispatcher settles it
     return next->handle();
 }
 

@@ -19,6 +19,7 @@ PcmTap::PcmTap(int rate)
 
 void PcmTap::feed(const float* samples, std::size_t frames, std::uint64_t bytePosition) {
     const std::lock_guard lock(m_mutex);
+    takeCuts();
     if (m_lines.empty())
         return;
     m_marks.push_back({bytePosition, m_fed});
@@ -94,6 +95,10 @@ bool PcmTap::attach(std::shared_ptr<Encoder> encoder, bool isPaused) {
     line.stages.push_back({std::move(encoder), {}, std::nullopt});
     line.next = m_fed;
     line.isPaused = isPaused;
+    {
+        const std::lock_guard ends(m_cutMutex);
+        m_ends.push_back(line.stages.back().encoder->handle());
+    }
     m_lines.push_back(std::move(line));
     m_isUsed.store(true);
     return true;
@@ -101,6 +106,7 @@ bool PcmTap::attach(std::shared_ptr<Encoder> encoder, bool isPaused) {
 
 bool PcmTap::stop(const Encoder& encoder, bool isComplete) {
     const std::lock_guard lock(m_mutex);
+    takeCuts();
     const auto line = lineOf(encoder);
     if (line == m_lines.end())
         return false;
@@ -113,16 +119,21 @@ bool PcmTap::stop(const Encoder& encoder, bool isComplete) {
     std::for_each(line->stages.begin(), behind, [isComplete](const Stage& stage) {
         stage.encoder->finish(isComplete);
     });
+    const HENCODE end = line->stages.back().encoder->handle();
     line->stages.erase(line->stages.begin(), behind);
     line->next = m_fed; // whoever waited is on now
-    if (line->stages.empty())
+    if (line->stages.empty()) {
+        forgetEnd(end);
         remove(*line);
+        takeCuts(); // what came in between
+    }
     return true;
 }
 
 void PcmTap::close() {
     const std::lock_guard lock(m_mutex);
     m_isClosed = true;
+    takeCuts();
     while (!m_lines.empty()) {
         Line& line = m_lines.front();
         serve(line, m_fed);
@@ -130,10 +141,12 @@ void PcmTap::close() {
             stage.encoder->finish(true);
         remove(line);
     }
+    takeCuts(); // what came in between
 }
 
 bool PcmTap::release(const Encoder& encoder) {
     const std::lock_guard lock(m_mutex);
+    takeCuts();
     const auto line = lineOf(encoder);
     if (line == m_lines.end())
         return false;
@@ -148,6 +161,8 @@ bool PcmTap::release(const Encoder& encoder) {
 }
 
 void PcmTap::remove(const Line& line) {
+    if (!line.stages.empty())
+        forgetEnd(line.stages.back().encoder->handle());
     m_lines.erase(std::find_if(
         m_lines.begin(), m_lines.end(), [&line](const Line& other) { return &other == &line; }));
     if (!m_lines.empty())
@@ -159,6 +174,7 @@ void PcmTap::remove(const Line& line) {
 
 bool PcmTap::setPaused(const Encoder& encoder, bool isPaused) {
     const std::lock_guard lock(m_mutex);
+    takeCuts();
     const auto line = lineOf(encoder);
     if (line == m_lines.end())
         return false;
@@ -176,8 +192,9 @@ std::size_t PcmTap::queuedFrames() const {
     return most;
 }
 
-bool PcmTap::isPaused(const Encoder& encoder) const {
+bool PcmTap::isPaused(const Encoder& encoder) {
     const std::lock_guard lock(m_mutex);
+    takeCuts();
     return std::any_of(m_lines.begin(), m_lines.end(), [&encoder](const Line& line) {
         return line.isPaused &&
                std::any_of(line.stages.begin(), line.stages.end(), [&encoder](const Stage& stage) {
@@ -186,27 +203,59 @@ bool PcmTap::isPaused(const Encoder& encoder) const {
     });
 }
 
-bool PcmTap::isLast(const Encoder& encoder) const {
-    const std::lock_guard lock(m_mutex);
-    return std::any_of(m_lines.begin(), m_lines.end(), [&encoder](const Line& line) {
-        return line.stages.back().encoder.get() == &encoder;
-    });
-}
-
 bool PcmTap::isClosed() const {
     const std::lock_guard lock(m_mutex);
     return m_isClosed;
 }
 
+/// The others hold their mutex while they copy audio, and for as long as the system lets another
+/// thread run meanwhile: a cut is left at the door.
 bool PcmTap::cut(const Encoder& old, std::shared_ptr<Encoder> next, const Cut& where) {
-    const std::lock_guard lock(m_mutex);
-    const auto line = lineOf(old);
-    if (line == m_lines.end() || line->stages.back().encoder.get() != &old)
+    const std::lock_guard lock(m_cutMutex);
+    const auto end = std::find(m_ends.begin(), m_ends.end(), old.handle());
+    if (end == m_ends.end())
         return false;
-    line->stages.push_back({std::move(next), where, std::nullopt});
-    findPlaces(*line);
-    serve(*line, dueFrame());
+    *end = next->handle();
+    m_cuts.push_back({old.handle(), {std::move(next), where, std::nullopt}});
     return true;
+}
+
+void PcmTap::settle() {
+    {
+        const std::lock_guard lock(m_cutMutex);
+        if (m_cuts.empty())
+            return;
+    }
+    const std::lock_guard lock(m_mutex);
+    takeCuts();
+}
+
+/// With m_mutex held. No frame has been handed on since they came: it is as if they were made there
+/// and then.
+void PcmTap::takeCuts() {
+    std::vector<WaitingCut> cuts;
+    {
+        const std::lock_guard lock(m_cutMutex);
+        cuts.swap(m_cuts);
+    }
+    for (WaitingCut& cut : cuts) {
+        const auto line = std::find_if(m_lines.begin(), m_lines.end(), [&cut](const Line& one) {
+            return one.stages.back().encoder->handle() == cut.old;
+        });
+        if (line == m_lines.end()) {
+            forgetEnd(cut.stage.encoder->handle());
+            cut.stage.encoder->finish(false);
+            continue;
+        }
+        line->stages.push_back(std::move(cut.stage));
+        findPlaces(*line);
+        serve(*line, dueFrame());
+    }
+}
+
+void PcmTap::forgetEnd(HENCODE encoder) {
+    const std::lock_guard lock(m_cutMutex);
+    m_ends.erase(std::remove(m_ends.begin(), m_ends.end(), encoder), m_ends.end());
 }
 
 std::deque<PcmTap::Line>::iterator PcmTap::lineOf(const Encoder& encoder) {

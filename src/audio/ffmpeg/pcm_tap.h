@@ -1,5 +1,7 @@
 #pragma once
 
+#include "audio/bass_defs.h"
+
 #include <atomic>
 #include <cstdint>
 #include <deque>
@@ -15,7 +17,8 @@ class Encoder;
 /// Where a channel's decoded audio branches off to its encoders: half a second late, so that a cut
 /// can be made at a place just passed. Each encoder gets an unbroken run of frames.
 ///
-/// *Thread*: feed() on the decode thread, the rest on any. *Owner*: the channel.
+/// *Thread*: feed() on the decode thread, the rest on any; cut() waits for none of the others, for
+/// it comes from the thread that brings the bytes of every stream. *Owner*: the channel.
 class PcmTap {
   public:
     /// Where an encoder takes over from the one before it.
@@ -40,15 +43,16 @@ class PcmTap {
     /// As stop(), but it does not end: it can be attached elsewhere. False: not here.
     bool release(const Encoder& encoder);
     bool setPaused(const Encoder& encoder, bool isPaused);
-    /// Here, and without a successor.
-    [[nodiscard]] bool isLast(const Encoder& encoder) const;
     [[nodiscard]] bool isClosed() const;
     /// Of the encoder that is furthest behind.
     [[nodiscard]] std::size_t queuedFrames() const;
-    [[nodiscard]] bool isPaused(const Encoder& encoder) const;
+    [[nodiscard]] bool isPaused(const Encoder& encoder);
     /// `next` goes on where `old` (which may itself wait for its turn) ends; at the earliest at the
-    /// first frame that has not been handed on. False: `old` is not here, or has a successor.
+    /// first frame that has not been handed on. False: `old` is not here, or has a successor. One
+    /// whose line ends meanwhile is ended without audio.
     bool cut(const Encoder& old, std::shared_ptr<Encoder> next, const Cut& where);
+    /// Makes the cuts that wait, where nothing is fed that would do it. Called behind each cut().
+    void settle();
 
   private:
     struct Stage {
@@ -62,6 +66,10 @@ class PcmTap {
         std::uint64_t next = 0; ///< first frame that has not been handed on
         bool isPaused = false;
     };
+    struct WaitingCut {
+        HENCODE old = 0;
+        Stage stage;
+    };
     struct Chunk {
         std::uint64_t first;
         std::vector<float> samples;
@@ -71,6 +79,8 @@ class PcmTap {
         std::uint64_t frame;
     };
 
+    void takeCuts();
+    void forgetEnd(HENCODE encoder);
     void serve(Line& line, std::uint64_t upTo) const;
     void give(Line& line, std::uint64_t upTo) const;
     void findPlaces(Line& line) const;
@@ -90,6 +100,10 @@ class PcmTap {
     std::deque<Mark> m_marks;
     std::uint64_t m_fed = 0; ///< frames
     bool m_isClosed = false;
+
+    std::mutex m_cutMutex;       ///< guards all below; taken last, and for a few instructions only
+    std::vector<HENCODE> m_ends; ///< the last one of each line, those of m_cuts included
+    std::vector<WaitingCut> m_cuts;
 };
 
 } // namespace BASS
