@@ -102,6 +102,13 @@ class AudioEncoding {
     /// exact.
     virtual HENCODE
     Encode_CutAt(HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) = 0;
+    /// Not of the library's own: seconds of audio that an encoder has been given, complete when the
+    /// call with length 0 comes. For a callback too. Negative: this library cannot tell.
+    virtual double Encode_GetSeconds(HENCODE /*handle*/) { return -1; }
+    /// Not of the library's own: the place in the encoder's audio, in seconds, of the first sample
+    /// that was decoded from the stream's byte `position` or later. Negative: it has not been given
+    /// to the encoder yet, or this library cannot tell.
+    virtual double Encode_GetSecondsAt(HENCODE /*handle*/, QWORD /*position*/) { return -1; }
     /// Without one, files are made so that nothing needs to be replaced: they play, but MP3 lacks
     /// its Info frame, FLAC and ASF their length. Set before encoders start; null: none.
     virtual void SetEncodeRewriteProc(ENCODEREWRITEPROC* proc) = 0;

@@ -53,6 +53,7 @@ void ChannelEncoder::start(const RecordingOptions& options, const Song& song, DW
         m_isPaused = false;
         m_isBetween = false;
         m_leaving.clear();
+        m_titles.clear();
         m_unwanted = 0;
         if (channel != 0 && !past.bytes.isEmpty())
             beginPast(past);
@@ -193,6 +194,8 @@ bool ChannelEncoder::isActive() const {
 void ChannelEncoder::connectionEnded() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_isBetween = m_isActive && m_push == 0 && m_holder.encoder() != 0;
+    for (Title& title : m_titles)
+        title.place = m_push == 0 ? 0 : title.place; // the next channel counts anew
 }
 
 void ChannelEncoder::connectionBegan() {
@@ -228,7 +231,8 @@ void ChannelEncoder::takeTitle(const Song& song) {
         return;
     if (m_options.mode == RecordMode::NoSplit) {
         m_song = song;
-        m_recorder.feedEncoded([song](EncodedSession& files) { files.noteTitle(song); }, 0);
+        if (m_holder.encoder() != 0)
+            m_titles.push_back({song, placeOf(song)});
     } else if (m_holder.encoder() == 0)
         m_song = song;
     else if (m_isBetween)
@@ -287,8 +291,38 @@ void ChannelEncoder::bytesCame(HENCODE encoder, const void* data, DWORD size) {
             return;
     }
     const QByteArray bytes(static_cast<const char*>(data), static_cast<int>(size));
+    const double seconds = m_library.Encode_GetSeconds(encoder);
     m_recorder.feedEncoded(
-        [encoder, bytes](EncodedSession& files) { files.append(encoder, bytes); }, bytes.size());
+        [encoder, bytes, seconds](EncodedSession& files) {
+            files.append(encoder, bytes);
+            files.tellSeconds(encoder, seconds);
+        },
+        bytes.size());
+    tellTitles(encoder);
+}
+
+/// Titles whose first sample has been encoded. The library is asked without the mutex: the answer
+/// may wait for the decoder.
+void ChannelEncoder::tellTitles(HENCODE encoder) {
+    for (;;) {
+        QWORD place = 0;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            if (m_titles.empty() || m_isBetween || m_holder.encoder() != encoder)
+                return;
+            place = m_titles.front().place;
+        }
+        const double seconds = m_library.Encode_GetSecondsAt(encoder, place);
+        if (seconds < 0 && m_library.Encode_GetSeconds(encoder) >= 0)
+            return; // not yet
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_titles.empty() || m_titles.front().place != place)
+            continue;
+        m_recorder.feedEncoded([song = m_titles.front().song,
+                                seconds](EncodedSession& files) { files.noteTitle(song, seconds); },
+                               0);
+        m_titles.pop_front();
+    }
 }
 
 void ChannelEncoder::onRewrite(
@@ -310,8 +344,13 @@ void ChannelEncoder::ended(HENCODE encoder) {
         isFailure = m_isActive && !wasCut;
         isOver = m_isActive && (isFailure || m_unwanted != 0);
     }
+    const double seconds = m_library.Encode_GetSeconds(encoder);
     m_recorder.feedEncoded(
-        [encoder, isFailure](EncodedSession& files) { files.endFile(encoder, isFailure); }, 0);
+        [encoder, isFailure, seconds](EncodedSession& files) {
+            files.tellSeconds(encoder, seconds);
+            files.endFile(encoder, isFailure);
+        },
+        0);
     // the owner's thread ends the rest: an encoder must not be stopped from its own callback
     if (isOver)
         QMetaObject::invokeMethod(this, &ChannelEncoder::stop, Qt::QueuedConnection);

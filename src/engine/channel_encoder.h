@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -62,6 +63,7 @@ class ChannelEncoder final : public QObject {
     static void onBytes(HENCODE encoder, DWORD channel, const void* data, DWORD size, void* user);
     static void onRewrite(
         HENCODE encoder, DWORD channel, const void* data, DWORD size, QWORD offset, void* user);
+    void tellTitles(HENCODE encoder);
     void bytesCame(HENCODE encoder, const void* data, DWORD size);
     void ended(HENCODE encoder);
     void check();
@@ -92,7 +94,12 @@ class ChannelEncoder final : public QObject {
     std::optional<Song> m_awaited; ///< came with a connection whose channel is not encoded yet
     bool m_isActive = false;
     bool m_isPaused = false;
-    bool m_isBetween = false;    ///< the connection has ended, its channel is still encoded
+    bool m_isBetween = false; ///< the connection has ended, its channel is still encoded
+    struct Title {
+        Song song;
+        QWORD place;
+    };
+    std::deque<Title> m_titles;  ///< inside a file, not encoded yet
     std::set<HENCODE> m_leaving; ///< end by a cut
     HENCODE m_unwanted = 0;      ///< begins where a single song ends
     DWORD m_push = 0;            ///< a stream of our own that is encoded; 0: the channel is

@@ -6,9 +6,17 @@
 
 #include <QCoreApplication>
 
+#include <cmath>
 #include <utility>
 
 namespace BASS {
+namespace {
+
+std::chrono::milliseconds inMilliseconds(double seconds) {
+    return std::chrono::milliseconds(std::llround(seconds * 1000.0));
+}
+
+} // namespace
 
 EncodedSession::EncodedSession(RecordingOptions options,
                                const Clock& clock,
@@ -152,11 +160,18 @@ void EncodedSession::check(const File& file) {
         fail(RecordingError(*file.recording.failure()));
 }
 
-void EncodedSession::noteTitle(const Song& song) {
+void EncodedSession::tellSeconds(quint32 encoder, double seconds) {
+    const auto found = m_files.find(encoder);
+    if (found != m_files.end() && seconds >= 0)
+        found->second.encoded = inMilliseconds(seconds);
+}
+
+void EncodedSession::noteTitle(const Song& song, double seconds) {
     const File* const file = newestOpen();
     if (m_isOver || file == nullptr)
         return;
-    m_log.tracks.append({song, m_clock.now(), file->recording.path(), duration(*file)});
+    const auto at = seconds < 0 ? duration(*file) : inMilliseconds(seconds);
+    m_log.tracks.append({song, m_clock.now(), file->recording.path(), at});
     m_listener.titleRecorded(m_log.tracks.last());
     m_listener.logChanged(m_log);
 }
@@ -208,7 +223,9 @@ void EncodedSession::fail(const RecordingError& error) {
 }
 
 std::chrono::milliseconds EncodedSession::duration(const File& file) const {
-    // audio is encoded as fast as it is heard
+    if (file.encoded)
+        return *file.encoded;
+    // such a library encodes audio as fast as it is heard
     return m_clock.steady() - file.startedAt;
 }
 

@@ -6,6 +6,7 @@
 #include "recording/writer_session.h"
 
 #include <map>
+#include <optional>
 
 namespace BASS {
 
@@ -30,8 +31,11 @@ class EncodedSession final : public WriterSession {
     void rewrite(quint32 encoder, qint64 offset, const QByteArray& bytes);
     /// `hasFailed`: by itself; the recording ends.
     void endFile(quint32 encoder, bool hasFailed);
-    /// A title inside the file that goes on.
-    void noteTitle(const Song& song);
+    /// Seconds of audio that the encoder has been given; never told: the clock counts.
+    void tellSeconds(quint32 encoder, double seconds);
+    /// A title inside the file that goes on. `seconds`: of the file's audio before it; negative:
+    /// all that there is.
+    void noteTitle(const Song& song, double seconds);
     void connectionLost();
     void connectionBack();
     void flush() override;
@@ -51,6 +55,7 @@ class EncodedSession final : public WriterSession {
         QByteArray waiting; ///< came before the name
         QDateTime started;
         std::chrono::milliseconds startedAt{0};
+        std::optional<std::chrono::milliseconds> encoded; ///< nothing: not told
     };
 
     void open(File& file);

@@ -1,6 +1,9 @@
 #include "engine/program_folder.h"
 #include "engine/recording_rig.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <cmath>
 
 // What an encoded recording holds of the stream: from where, up to where, and at which pitch.
@@ -36,6 +39,20 @@ void waitForBytes(const Rig& rig, qint64 count) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return received(rig) >= goal; }, kLimitMs));
 }
 
+/// Seconds of the titles in a cue sheet.
+std::vector<double> cueTimes(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    std::vector<double> times;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString& line : lines.filter(QStringLiteral("INDEX 01"))) {
+        const QStringList parts = line.trimmed().section(QLatin1Char(' '), -1).split(u':');
+        times.push_back(parts.value(0).toInt() * 60 + parts.value(1).toInt() +
+                        parts.value(2).toInt() / 75.0);
+    }
+    return times;
+}
+
 } // namespace
 
 TEST(EncodedStart, ReachesBackToTheBeginningOfTheTitle) {
@@ -67,6 +84,35 @@ TEST(EncodedStart, ReachesBackToTheBeginningOfTheTitle) {
         EXPECT_NEAR(toneOf(path), 800, 4);
         EXPECT_EQ(rig.engine->playState(), PlayState::Playing);
     }
+}
+
+/// The buffer is encoded in no time, and the clock knows nothing of it.
+TEST(EncodedStart, TheTimesOfABufferAreThoseOfItsAudio) {
+    constexpr double kSeconds = 4;
+    Rig rig(3, kSeconds);
+    keepBuffer(rig);
+    rig.play();
+    const auto isHeard = [&rig] { return rig.engine->song().title == QLatin1String("Song 3"); };
+    ASSERT_TRUE(QTest::qWaitFor(isHeard, kLimitMs));
+    rig.options.encoder = 6;
+    rig.options.mode = RecordMode::NoSplit;
+    rig.options.hasTrackList = true;
+    rig.options.trackList.format = QStringLiteral("cue");
+    rig.engine->startRecording(rig.options);
+    waitForBytes(rig, 6 * kBytesPerSecond); // another title begins
+    rig.engine->stopRecording();
+    rig.waitForEnd();
+    ASSERT_EQ(rig.files.size(), 1U);
+    const double whole = media::decodedSeconds(rig.files[0].path);
+    EXPECT_GT(whole, 2 * kSeconds + 5);
+    EXPECT_NEAR(static_cast<double>(rig.files[0].duration.count()) / 1000, whole, 0.02);
+    const QStringList sheets = QDir(rig.folder.path()).entryList({QStringLiteral("*.cue")});
+    ASSERT_EQ(sheets.size(), 1);
+    const std::vector<double> times = cueTimes(rig.folder.filePath(sheets[0]));
+    ASSERT_GE(times.size(), 5U);
+    // the first one says what came before the first title
+    for (std::size_t n = 2; n < times.size(); ++n)
+        EXPECT_NEAR(times[n] - times[n - 1], kSeconds, 0.15) << n;
 }
 
 TEST(EncodedStart, StoppedWhileTheStationIsPausedItHoldsAllThatCame) {

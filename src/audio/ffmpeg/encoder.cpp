@@ -159,9 +159,11 @@ bool Encoder::encodeAll(PcmEncoder& encoder) {
     while (takeChunks(chunks, needsCare)) {
         if (!chunks.empty())
             audioCame();
-        for (const std::vector<float>& chunk : chunks)
+        for (const std::vector<float>& chunk : chunks) {
             if (!encoder.encode(chunk.data(), chunk.size() / kChannels))
                 return false;
+            m_encodedFrames.fetch_add(chunk.size() / kChannels);
+        }
         if (needsCare && !encoder.tend())
             return false;
         chunks.clear();

@@ -52,6 +52,8 @@ class Encoder {
     /// Not yet taken by the encoder.
     [[nodiscard]] std::size_t queuedFrames();
 
+    /// Taken by the encoder, all of them when the callback with length 0 comes.
+    [[nodiscard]] std::uint64_t encodedFrames() const { return m_encodedFrames.load(); }
     [[nodiscard]] HENCODE handle() const { return m_setup.handle; }
     [[nodiscard]] const Setup& setup() const { return m_setup; }
     [[nodiscard]] bool isRunning() const { return m_isRunning.load(); }
@@ -73,6 +75,7 @@ class Encoder {
     std::atomic<DWORD> m_channel{0};
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_hasEnded{false};
+    std::atomic<std::uint64_t> m_encodedFrames{0};
     std::thread m_thread; ///< made by start(), or with the mutex held
 
     // encoder thread

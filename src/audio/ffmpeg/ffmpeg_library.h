@@ -121,6 +121,8 @@ class FfmpegLibrary final : public AudioLibrary {
     bool Encode_SetChannel(HENCODE handle, DWORD channel) override;
     HENCODE
     Encode_CutAt(HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) override;
+    double Encode_GetSeconds(HENCODE handle) override;
+    double Encode_GetSecondsAt(HENCODE handle, QWORD position) override;
     void SetEncodeRewriteProc(ENCODEREWRITEPROC* proc) override { m_rewriteProc.store(proc); }
     const DWORD* WMA_EncodeGetRates(DWORD freq, DWORD chans, DWORD flags) override;
     HWMENCODE WMA_EncodeOpenFile(

@@ -191,6 +191,18 @@ HENCODE FfmpegLibrary::Encode_CutAt(
     return next->handle();
 }
 
+double FfmpegLibrary::Encode_GetSeconds(HENCODE handle) {
+    const auto encoder = findEncoder(handle);
+    return encoder ? static_cast<double>(encoder->encodedFrames()) / encoder->setup().rate : -1;
+}
+
+double FfmpegLibrary::Encode_GetSecondsAt(HENCODE handle, QWORD position) {
+    const auto encoder = findEncoder(handle);
+    const Channel channel = encoder ? find(encoder->channel()) : nullptr;
+    const auto frame = channel ? channel->pcmTap().encodedFrame(*encoder, position) : std::nullopt;
+    return frame ? static_cast<double>(*frame) / encoder->setup().rate : -1;
+}
+
 std::shared_ptr<Encoder> FfmpegLibrary::findEncoder(HENCODE handle) const {
     const std::lock_guard lock(m_mutex);
     const auto place = m_encoders.find(handle);

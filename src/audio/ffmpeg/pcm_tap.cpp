@@ -41,15 +41,34 @@ void PcmTap::findPlaces(Line& line) const {
     for (Stage& stage : line.stages) {
         if (&stage == &line.stages.front())
             continue;
-        const auto mark = std::find_if(m_marks.begin(), m_marks.end(), [&stage](const Mark& m) {
-            return m.bytePosition >= stage.where.bytePosition;
-        });
-        if (!stage.begin && mark != m_marks.end())
-            stage.begin = std::max(mark->frame + stage.where.delayFrames, earliest);
+        const auto frame = frameAt(stage.where.bytePosition);
+        if (!stage.begin && frame)
+            stage.begin = std::max(*frame + stage.where.delayFrames, earliest);
         if (!stage.begin)
             return; // nor is any later one
         earliest = *stage.begin;
     }
+}
+
+/// With m_mutex held. Nothing: not decoded yet.
+std::optional<std::uint64_t> PcmTap::frameAt(std::uint64_t bytePosition) const {
+    const auto mark = std::find_if(m_marks.begin(), m_marks.end(), [bytePosition](const Mark& m) {
+        return m.bytePosition >= bytePosition;
+    });
+    return mark != m_marks.end() ? std::optional(mark->frame) : std::nullopt;
+}
+
+std::optional<std::uint64_t> PcmTap::encodedFrame(const Encoder& encoder,
+                                                  std::uint64_t bytePosition) {
+    const std::lock_guard lock(m_mutex);
+    takeCuts();
+    const auto line = lineOf(encoder);
+    const auto frame = frameAt(bytePosition);
+    if (line == m_lines.end() || line->stages.front().encoder.get() != &encoder || !frame ||
+        *frame > line->next)
+        return std::nullopt;
+    const std::uint64_t given = line->stages.front().given;
+    return given - std::min(given, line->next - *frame);
 }
 
 /// Hands frames on, each to the encoder whose turn it is. What lies before a cut that has been
@@ -70,10 +89,12 @@ void PcmTap::give(Line& line, std::uint64_t upTo) const {
         const std::uint64_t to = std::min(end, upTo);
         if (from >= to)
             continue;
-        if (!line.isPaused)
-            line.stages.front().encoder->push(chunk.samples.data() +
-                                                  (from - chunk.first) * kChannels,
-                                              static_cast<std::size_t>(to - from));
+        if (!line.isPaused) {
+            Stage& stage = line.stages.front();
+            stage.encoder->push(chunk.samples.data() + (from - chunk.first) * kChannels,
+                                static_cast<std::size_t>(to - from));
+            stage.given += to - from;
+        }
         line.next = to;
     }
 }

@@ -51,6 +51,10 @@ class PcmTap {
     /// first frame that has not been handed on. False: `old` is not here, or has a successor. One
     /// whose line ends meanwhile is ended without audio.
     bool cut(const Encoder& old, std::shared_ptr<Encoder> next, const Cut& where);
+    /// Where among the frames given to an encoder that is at work the first one from this place of
+    /// the stream is. Nothing: not given yet, or not here.
+    [[nodiscard]] std::optional<std::uint64_t> encodedFrame(const Encoder& encoder,
+                                                            std::uint64_t bytePosition);
     /// Makes the cuts that wait, where nothing is fed that would do it. Called behind each cut().
     void settle();
 
@@ -59,6 +63,7 @@ class PcmTap {
         std::shared_ptr<Encoder> encoder;
         Cut where{};
         std::optional<std::uint64_t> begin; ///< frame, once known
+        std::uint64_t given = 0;            ///< frames
     };
     /// Encoders that follow one another: the first is at work, the others wait for their turn.
     struct Line {
@@ -84,6 +89,7 @@ class PcmTap {
     void serve(Line& line, std::uint64_t upTo) const;
     void give(Line& line, std::uint64_t upTo) const;
     void findPlaces(Line& line) const;
+    [[nodiscard]] std::optional<std::uint64_t> frameAt(std::uint64_t bytePosition) const;
     void forget();
     void remove(const Line& line);
     [[nodiscard]] std::uint64_t dueFrame() const;
