@@ -1,6 +1,7 @@
 #include "audio/ffmpeg/link_decoder.h"
 
 #include "audio/ffmpeg/av_handles.h"
+#include "audio/ffmpeg/held_packets.h"
 #include "audio/frame_header.h"
 #include "base/log.h"
 
@@ -15,7 +16,6 @@ extern "C" {
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <deque>
 #include <utility>
 
 namespace BASS {
@@ -25,8 +25,6 @@ constexpr int kIoBytes = 4096;
 constexpr int kOutChannels = 2;
 /// Bad packets in a row after which a stream is given up: about ten seconds of audio.
 constexpr int kMaxBadInRow = 500;
-/// Packets that a decoder needs in front of the first one that is heard.
-constexpr std::size_t kPreRollPackets = 10;
 
 const char* demuxerName(StreamFormat format) {
     switch (format) {
@@ -107,14 +105,7 @@ struct LinkDecoder::State {
     bool isRejoining = false; ///< the frames that the gate drops still take their time
     double frameLength = 0.0; ///< seconds of the last decoded frame
     double skippedRest = 0.0; ///< of a frame, not yet given out
-    /// What was skipped last, about a second: it may be heard after all.
-    struct Skipped {
-        AvPacket packet;
-        std::size_t frames;
-    };
-    std::deque<Skipped> skipped;
-    std::size_t skippedFrames = 0;
-    std::size_t preRoll = 0;  ///< packets at the front of `skipped` that are not heard
+    HeldPackets skipped;
     double dropBefore = -1.0; ///< seconds; after a jump
     std::vector<float> mono;
     Block block;
@@ -244,7 +235,7 @@ LinkDecoder::Step LinkDecoder::step() {
 LinkDecoder::Step LinkDecoder::State::readPacket() {
     if (isDraining)
         return Step::End;
-    if (!isSkipping && !skipped.empty())
+    if (!isSkipping && !skipped.isEmpty())
         return decodeSkipped();
     const int result = av_read_frame(format.get(), packet.get());
     if (isAborted)
@@ -300,10 +291,8 @@ void LinkDecoder::State::startFade() {
 
 void LinkDecoder::skip() {
     State& s = *m_state;
-    if (s.isSkipping || !s.swr || !s.skipped.empty())
-        return;
-    s.isSkipping = true;
-    s.skippedFrames = 0;
+    if (s.swr && s.skipped.isEmpty())
+        s.isSkipping = true;
 }
 
 std::size_t LinkDecoder::rejoin(std::size_t frames) {
@@ -316,44 +305,27 @@ std::size_t LinkDecoder::rejoin(std::size_t frames) {
     s.fadeLeft = s.fadeFrames = 0;
     if (!s.isGated)
         s.startFade();
-    std::size_t heard = s.skipped.size();
-    std::size_t again = 0;
-    for (; heard > 0 && again + s.skipped[heard - 1].frames <= frames; --heard)
-        again += s.skipped[heard - 1].frames;
-    s.preRoll = std::min(heard, kPreRollPackets);
-    s.skipped.erase(s.skipped.begin(),
-                    s.skipped.begin() + static_cast<std::ptrdiff_t>(heard - s.preRoll));
-    return again;
+    return s.skipped.reachBack(frames);
 }
 
 bool LinkDecoder::isCatchingUp() const {
-    return !m_state->isSkipping && !m_state->skipped.empty();
+    return !m_state->isSkipping && !m_state->skipped.isEmpty();
 }
 
 LinkDecoder::Step LinkDecoder::State::skip() {
     measure(*packet);
     block.hasPosition = packet->pos >= 0;
     block.position = block.hasPosition ? static_cast<std::uint64_t>(packet->pos) : 0;
-    Skipped last{AvPacket(av_packet_alloc()), passSilence(packetLength(*packet))};
-    av_packet_move_ref(last.packet.get(), packet.get());
-    skippedFrames += last.frames;
-    skipped.push_back(std::move(last));
-    const std::size_t spare =
-        skipped.size() > kPreRollPackets ? skipped[kPreRollPackets].frames : 0;
-    if (skippedFrames > static_cast<std::size_t>(outputRate) + spare) {
-        skippedFrames -= skipped.front().frames;
-        skipped.pop_front();
-    }
+    const std::size_t frames = passSilence(packetLength(*packet));
+    skipped.hold(*packet, frames, static_cast<std::size_t>(outputRate));
     return Step::Audio;
 }
 
 LinkDecoder::Step LinkDecoder::State::decodeSkipped() {
-    const AvPacket held = std::move(skipped.front().packet);
-    skipped.pop_front();
-    const Step step = decode(held.get());
-    if (preRoll == 0)
+    const HeldPackets::Taken held = skipped.takeFirst();
+    const Step step = decode(held.packet.get());
+    if (held.isHeard)
         return step;
-    --preRoll;
     block.samples.clear();
     return step == Step::Broken ? step : Step::Nothing;
 }

@@ -117,7 +117,9 @@ void OutputControl::tend() {
         }
         isLost = m_sdlOutput != nullptr;
         if (isLost)
-            qCWarning(lcAudio, "output device lost device=%s", m_name.c_str());
+            qCWarning(lcAudio,
+                      "output device lost device=%s",
+                      m_isSubstitute ? "the default" : m_name.c_str());
         reopen();
     }
     if (isLost)
