@@ -71,7 +71,7 @@ SessionPublisher::SessionPublisher(StreamRecorder& recorder, Mailbox& mailbox)
 
 void SessionPublisher::begin(const RecordingOptions& options) {
     m_options = options;
-    m_paths = std::make_shared<ListPaths>();
+    m_lists = std::make_shared<Lists>();
 }
 
 void SessionPublisher::finish(std::function<void()> done) {
@@ -109,17 +109,31 @@ void SessionPublisher::logChanged(const SessionLog& log) {
     copy.tracks.detach();
     copy.files.detach();
     copy.gaps.detach();
-    m_queue.post([log = std::move(copy), options = m_options, paths = m_paths] {
-        if (paths->list.isEmpty())
-            paths->list = freeListPath(log, options, trackListSuffix(options.trackList.format));
-        save(paths->list, trackList(log, options.trackList, paths->list));
-        const QByteArray gaps = gapLog(log);
-        if (gaps.isEmpty())
+    {
+        const std::lock_guard<std::mutex> lock(m_lists->mutex);
+        const bool isWaiting = m_lists->newest.has_value();
+        m_lists->newest = std::move(copy);
+        if (isWaiting)
             return;
-        if (paths->log.isEmpty())
-            paths->log = freeListPath(log, options, QStringLiteral("log"));
-        save(paths->log, gaps);
-    });
+    }
+    m_queue.post([options = m_options, lists = m_lists] { writeLists(*lists, options); });
+}
+
+void SessionPublisher::writeLists(Lists& lists, const RecordingOptions& options) {
+    SessionLog log;
+    {
+        const std::lock_guard<std::mutex> lock(lists.mutex);
+        log = *std::exchange(lists.newest, std::nullopt);
+    }
+    if (lists.listPath.isEmpty())
+        lists.listPath = freeListPath(log, options, trackListSuffix(options.trackList.format));
+    save(lists.listPath, trackList(log, options.trackList, lists.listPath));
+    const QByteArray gaps = gapLog(log);
+    if (gaps.isEmpty())
+        return;
+    if (lists.logPath.isEmpty())
+        lists.logPath = freeListPath(log, options, QStringLiteral("log"));
+    save(lists.logPath, gaps);
 }
 
 void SessionPublisher::titleRecorded(const SessionLog::Track& track) {

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace BASS {
 
@@ -42,11 +43,17 @@ class SessionPublisher final : public RecordingListener {
     void wait() { m_queue.finish(); }
 
   private:
-    /// The paths of a session's lists, chosen when they are first written.
-    struct ListPaths {
-        QString list;
-        QString log;
+    /// The lists of one session. Where the disk is slower than the titles, only the newest state
+    /// waits for it.
+    struct Lists {
+        // the jobs alone look into these
+        QString listPath; ///< chosen when it is first written
+        QString logPath;
+        std::mutex mutex;                 ///< guards the newest
+        std::optional<SessionLog> newest; ///< waits for its job
     };
+
+    static void writeLists(Lists& lists, const RecordingOptions& options);
 
     [[nodiscard]] QByteArray cover(const QString& track);
     void tag(RecordedFile& file, const RecordingOptions& options);
@@ -54,8 +61,8 @@ class SessionPublisher final : public RecordingListener {
     StreamRecorder& m_recorder;
     Mailbox& m_mailbox;
     RecordingOptions m_options;
-    std::shared_ptr<ListPaths> m_paths; ///< shared with the jobs, which alone look into it
-    std::mutex m_mutex;                 ///< guards m_covers
+    std::shared_ptr<Lists> m_lists; ///< shared with the jobs
+    std::mutex m_mutex;             ///< guards m_covers
     QHash<QString, QByteArray> m_covers;
     BackgroundQueue m_queue; ///< the last member: its jobs use the others
 };

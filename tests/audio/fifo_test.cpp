@@ -82,6 +82,32 @@ TEST(ByteFifo, GivesTheHeadersOfALinkWhoseStartWasDropped) {
     EXPECT_EQ(drain(fifo, 7), "|HEADADcdefghijklmnop");
 }
 
+/// A slow moment makes the ring big, and the time behind it small again.
+TEST(ByteFifo, GivesEveryByteOnceWhileItsMemoryChanges) {
+    constexpr std::size_t kBlock = 50000;
+    ByteFifo fifo(32 * 1024 * 1024);
+    std::uint8_t next = 0;
+    std::uint8_t expected = 0;
+    std::vector<std::uint8_t> block(kBlock);
+    std::size_t wrong = 0;
+    for (const std::size_t backlog : {100U, 1U, 3U, 60U, 0U}) {
+        std::size_t held = 0;
+        for (; held < backlog; ++held) {
+            for (std::uint8_t& byte : block)
+                byte = next++;
+            fifo.push(block.data(), block.size());
+        }
+        for (std::size_t left = held * kBlock; left > 0;) {
+            const ByteFifo::Read read = fifo.read(block.data(), std::min<std::size_t>(left, 7001));
+            ASSERT_EQ(read.status, ByteFifo::Status::Bytes);
+            for (std::size_t n = 0; n < read.size; ++n)
+                wrong += block[n] != expected++ ? 1 : 0;
+            left -= read.size;
+        }
+    }
+    EXPECT_EQ(wrong, 0U);
+}
+
 TEST(ByteFifo, SkipsToTheNewestAndTellsOfTheGap) {
     ByteFifo fifo(1 << 22, 8);
     push(fifo, std::string(1 << 21, 'x')); // far more than a transfer would wait for

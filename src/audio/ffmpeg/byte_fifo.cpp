@@ -7,6 +7,10 @@ namespace BASS {
 namespace {
 
 constexpr std::size_t kFirstBytes = 65536;
+/// A ring above this that has become so much too big is made smaller: memory that a pause or a slow
+/// moment took goes back.
+constexpr std::size_t kModestBytes = 1024 * 1024;
+constexpr std::size_t kTooBig = 8;
 constexpr std::size_t kMaxTitles = 1024;
 
 } // namespace
@@ -18,22 +22,20 @@ void ByteFifo::skipToNewest(std::size_t kept) {
     const std::lock_guard lock(m_mutex);
     if (m_size > kept)
         dropOldest(m_size - kept);
-    if (m_ring.size() <= kFirstBytes || m_size > m_ring.size() / 4)
-        return;
-    std::vector<std::uint8_t> smaller(std::max(m_size, kFirstBytes)); // a pause may have been long
-    copyOut(smaller.data(), m_size);
-    m_ring = std::move(smaller);
+    if (m_ring.size() > kFirstBytes && m_size <= m_ring.size() / 4)
+        resizeRing(std::max(m_size, kFirstBytes)); // a pause may have been long
+}
+
+void ByteFifo::resizeRing(std::size_t size) {
+    std::vector<std::uint8_t> other(size);
+    copyOut(other.data(), m_size);
+    m_ring = std::move(other);
     m_head = 0;
 }
 
 void ByteFifo::grow(std::size_t wanted) {
-    if (wanted <= m_ring.size())
-        return;
-    std::vector<std::uint8_t> bigger(
-        std::min(m_bound, std::max({wanted, 2 * m_ring.size(), kFirstBytes})));
-    copyOut(bigger.data(), m_size);
-    m_ring = std::move(bigger);
-    m_head = 0;
+    if (wanted > m_ring.size())
+        resizeRing(std::min(m_bound, std::max({wanted, 2 * m_ring.size(), kFirstBytes})));
 }
 
 void ByteFifo::copyOut(std::uint8_t* out, std::size_t count) const {
@@ -162,6 +164,8 @@ ByteFifo::Read ByteFifo::read(std::uint8_t* out, std::size_t max) {
         m_head = (m_head + result.size) % m_ring.size();
         m_size -= result.size;
         m_position += result.size;
+        if (m_ring.size() > kModestBytes && m_size < m_ring.size() / kTooBig)
+            resizeRing(m_ring.size() / kTooBig * 2);
         if (!m_links.empty() && m_links.front() < m_position) {
             m_links.pop_front();
             m_isAtLink = false;

@@ -54,6 +54,7 @@ class ByteFifo final : public DecoderInput {
 
   private:
     void grow(std::size_t wanted);
+    void resizeRing(std::size_t size);
     void dropOldest(std::size_t count);
     void copyOut(std::uint8_t* out, std::size_t count) const;
     std::uint64_t nextLink() const;
