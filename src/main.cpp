@@ -11,6 +11,7 @@
 #include "platform/console.h"
 #include "platform/crash_report.h"
 #include "platform/keep_awake.h"
+#include "platform/memory_use.h"
 #include "platform/program_arguments.h"
 #include "platform/registry_guard.h"
 #include "platform/termination_signals.h"
@@ -141,6 +142,7 @@ int runWindow(QT_EXT::SingleApplication& app,
 } // namespace
 
 int main(int argc, char* argv[]) {
+    tuneMemoryUse();
     attachParentConsole();
     installRegistryGuard();
     qt_set_sequence_auto_mnemonic(true);

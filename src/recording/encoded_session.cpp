@@ -143,6 +143,8 @@ void EncodedSession::closeFile(File& file) {
     else
         m_paths.removeOne(finished.path);
     m_listener.logChanged(m_log);
+    if (!m_options.hasTrackList)
+        m_log.forget(finished.path); // nobody asks again, and a recording may go on for weeks
     if (failure)
         fail(*failure);
 }

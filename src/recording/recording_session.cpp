@@ -394,6 +394,8 @@ void RecordingSession::closeFile() {
         m_paths.removeOne(file.path);
     }
     m_listener.logChanged(m_log);
+    if (!m_options.hasTrackList)
+        m_log.forget(file.path); // nobody asks again, and a recording may go on for weeks
     checkFile();
 }
 

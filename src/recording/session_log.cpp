@@ -158,6 +158,7 @@ void SessionLog::rename(const QString& from, const QString& to) {
 void SessionLog::forget(const QString& path) {
     const auto isIn = [&](const auto& item) { return item.path == path; };
     tracks.erase(std::remove_if(tracks.begin(), tracks.end(), isIn), tracks.end());
+    files.erase(std::remove_if(files.begin(), files.end(), isIn), files.end());
     gaps.erase(std::remove_if(gaps.begin(), gaps.end(), isIn), gaps.end());
 }
 

@@ -43,7 +43,7 @@ struct SessionLog {
 
     /// A file has got another name.
     void rename(const QString& from, const QString& to);
-    /// A file that has stayed empty is gone.
+    /// A file has stayed empty and is gone, or nobody will ask for it.
     void forget(const QString& path);
 };
 
