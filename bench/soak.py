@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Memory of an hour of playing and recording, at 20 times speed: resident MB after each simulated ten
-minutes. The output runs a little faster than the station: else each stall would leave more of the stream waiting,
+minutes. The output runs a tenth faster than the station: else each stall would leave more of the stream waiting,
 which is the listener's delay and no growth of the program. Usage: bench/soak.py [SIMULATED_MINUTES [SPEED]]"""
 
 import subprocess
@@ -17,7 +17,7 @@ def main():
     speed = int(sys.argv[2]) if len(sys.argv) > 2 else 20
     with DemoStation(speed=speed, seconds=60) as station, tempfile.TemporaryDirectory() as folder:
         process = subprocess.Popen([str(PROGRAM), f"/url={station.url}", "/name=Soak", "/action=Record (Split)"],
-                                   env=environment(folder, WAVELARK_NULL_SPEED=str(speed * 1.02)),
+                                   env=environment(folder, WAVELARK_NULL_SPEED=str(speed * 1.1)),
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         time.sleep(5)
         start = time.monotonic()
