@@ -17,7 +17,7 @@ using BASS::QWORD;
 namespace {
 constexpr auto kInfoInterval = 1s;
 constexpr auto kProgressInterval = 250ms;
-constexpr auto kUnwatchedInterval = 10s;
+constexpr auto kUnwatchedInterval = 60s;
 /// A connection that lasted so long was a good one; its loss starts a new count of attempts.
 constexpr auto kStableConnection = 10s;
 constexpr int kReconnectFadeMs = 50;

@@ -46,7 +46,7 @@ class AppStream : public BASS::Stream {
     void jumpToLive();
 
     /// False: nobody looks. sig_streamInfoChanged and the progress of recordings then come every
-    /// ten seconds only, which spares a computer that records for days.
+    /// minute only, which spares a computer that records for days.
     void setWatched(bool isWatched);
 
     [[nodiscard]] PlayState playState() const { return m_state; }

@@ -14,6 +14,12 @@ namespace {
 
 constexpr int kVolumeStep = 5;
 
+/// Every change of an icon has menus and buttons laid out again; most updates change none.
+void setPicture(QAction& action, const QString& name, IconTone tone = IconTone::Text) {
+    if (action.icon().name() != name)
+        action.setIcon(icon(name, tone));
+}
+
 } // namespace
 
 Commands::Commands(const Controllers& controllers,
@@ -210,19 +216,19 @@ void Commands::makeLanguages(const QVector<Language>& foundLanguages) {
 void Commands::update() {
     const bool isActiveNow = isActive(m_controllers.player.playState());
     playStop->setText(isActiveNow ? tr("&Stop") : tr("&Play"));
-    playStop->setIcon(icon(isActiveNow ? QStringLiteral("stop") : QStringLiteral("play")));
+    setPicture(*playStop, isActiveNow ? QStringLiteral("stop") : QStringLiteral("play"));
     const StreamInfo stream = m_controllers.player.streamInfo();
     pause->setText(stream.isPaused ? tr("&Go on") : tr("P&ause"));
-    pause->setIcon(icon(stream.isPaused ? QStringLiteral("play") : QStringLiteral("pause")));
+    setPicture(*pause, stream.isPaused ? QStringLiteral("play") : QStringLiteral("pause"));
     const PlayState state = m_controllers.player.playState();
     pause->setEnabled(state == PlayState::Playing || state == PlayState::Paused);
     goLive->setEnabled(isActiveNow && stream.behindLiveMs > 0);
     const bool isRecording = m_controllers.record.isRecording();
     const bool canStart = m_controllers.record.canStart();
     recordToggle->setText(isRecording ? tr("&Stop recording") : tr("&Record"));
-    recordToggle->setIcon(
-        icon(isRecording ? QStringLiteral("record-stop") : QStringLiteral("record"),
-             IconTone::Recording));
+    setPicture(*recordToggle,
+               isRecording ? QStringLiteral("record-stop") : QStringLiteral("record"),
+               IconTone::Recording);
     recordToggle->setEnabled(isRecording || canStart);
     for (QAction* action : {recordSplit, recordNoSplit, recordSingleSong}) {
         action->setEnabled(canStart);
@@ -235,5 +241,5 @@ void Commands::update() {
     const bool isMuted = m_controllers.volume.isMuted();
     mute->setChecked(isMuted);
     mute->setText(isMuted ? tr("Un&mute") : tr("&Mute"));
-    mute->setIcon(icon(isMuted ? QStringLiteral("muted") : QStringLiteral("volume")));
+    setPicture(*mute, isMuted ? QStringLiteral("muted") : QStringLiteral("volume"));
 }

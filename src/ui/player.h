@@ -30,7 +30,7 @@ class Player : public QObject {
     /// Goes on with what the station sends now.
     virtual void jumpToLive() = 0;
 
-    /// False: nobody sees the window, and what changes all the time is told every ten seconds only.
+    /// False: nobody sees the window, and what changes all the time is told once a minute only.
     virtual void setWatched(bool /*isWatched*/) {}
 
     [[nodiscard]] virtual PlayState playState() const = 0;

@@ -4,6 +4,7 @@
 #include "ui/theme/theme.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -62,6 +63,8 @@ class SvgIconEngine final : public QIconEngine {
     [[nodiscard]] QIconEngine* clone() const override {
         return new SvgIconEngine(m_path, m_isToned, m_tone); // owned by the icon that asked
     }
+
+    [[nodiscard]] QString iconName() const override { return QFileInfo(m_path).completeBaseName(); }
 
   private:
     [[nodiscard]] QPixmap render(const QSize& size, QIcon::Mode mode) const {

@@ -13,7 +13,7 @@ enum class IconTone {
 };
 
 /// One of the one-coloured drawings of resources/icons by its name without ending. An unknown name
-/// gives a null icon, which is fatal in tests. Thread: GUI.
+/// gives a null icon, which is fatal in tests. The icon's name() is this name. Thread: GUI.
 QIcon icon(const QString& name, IconTone tone = IconTone::Text);
 
 /// The program's own icon.
