@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::chrono::seconds kInterval{5};
 constexpr qint64 kMegabyte = 1024 * 1024;
+/// Where so much is to spare, it is looked at seldom: the system goes through all its mounts.
+constexpr std::chrono::seconds kLongInterval{30};
+constexpr qint64 kPlenty = 4096 * kMegabyte;
 
 /// Free bytes where the folder is or will be; -1: the system does not say.
 qint64 freeBytesAt(const QString& folder) {
@@ -30,7 +33,8 @@ qint64 freeBytesAt(const QString& folder) {
 DiskSpace::DiskSpace(QString folder, qint64 limit) : m_folder(std::move(folder)), m_limit(limit) {}
 
 std::optional<RecordingError> DiskSpace::check(std::chrono::milliseconds now) {
-    if (m_checked && now - *m_checked < kInterval)
+    const bool isPlenty = m_free >= 0 && m_free - m_limit >= kPlenty;
+    if (m_checked && now - *m_checked < (isPlenty ? kLongInterval : kInterval))
         return std::nullopt;
     m_checked = now;
     m_free = freeBytesAt(m_folder);

@@ -8,7 +8,8 @@
 namespace BASS {
 
 /// Watches the disk of a recording: it is left before its last byte is gone, since other programs
-/// need it, too. *Thread*: one; asks the system every few seconds.
+/// need it, too. *Thread*: one; asks the system every few seconds, where plenty is free every half
+/// minute.
 class DiskSpace final {
   public:
     /// `folder`: may still be missing. `limit`: bytes to be left.
