@@ -14,7 +14,7 @@ namespace {
 constexpr int kPrebufferMs = 100;
 /// Kept decoded while somebody moves the sliders of the sound, and while nobody hears anything.
 constexpr std::uint32_t kAdjustedMs = 400;
-constexpr std::uint32_t kUnheardMs = 560;
+constexpr std::uint32_t kUnheardMs = 700;
 /// A frame-wise format that gives nothing for so many bytes is not what it was taken for.
 constexpr std::uint64_t kBarrenBytes = 64U * 1024U;
 constexpr int kMaxFailures = 3;
