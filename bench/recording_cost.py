@@ -14,7 +14,7 @@ def main():
     seconds = int(sys.argv[1]) if len(sys.argv) > 1 else 60
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     cost = Cost()
-    with Radio(["mp3"], seconds=60) as radio: # titles of a minute, shorter than music has
+    with Radio(["mp3"], seconds=60) as radio:  # titles of a minute, shorter than music has
         url = radio.url("mp3")
         for _ in range(runs):
             with tempfile.TemporaryDirectory() as folder:

@@ -195,10 +195,7 @@ Container oggContainer(const QByteArray& head) {
 Container containerOf(const QByteArray& head) {
     if (head.startsWith("ID3"))
         return Container::None; // has been done
-    const auto format = detectFormat(reinterpret_cast<const std::uint8_t*>(head.constData()),
-                                     static_cast<std::size_t>(head.size()),
-                                     true);
-    switch (format.value_or(StreamFormat::Unknown)) {
+    switch (detectFormat(head, true).value_or(StreamFormat::Unknown)) {
     case StreamFormat::Mpeg:
     case StreamFormat::Adts:
         return Container::Id3;

@@ -80,10 +80,7 @@ void RecordingSession::append(const QByteArray& bytes) {
 void RecordingSession::detect(bool isEnd) {
     if (m_parser || m_undetected.isEmpty())
         return;
-    const auto format =
-        detectFormat(reinterpret_cast<const std::uint8_t*>(m_undetected.constData()),
-                     static_cast<std::size_t>(m_undetected.size()),
-                     isEnd);
+    const auto format = detectFormat(m_undetected, isEnd);
     if (!format)
         return;
     m_format = *format;
@@ -111,9 +108,7 @@ void RecordingSession::followFormat(bool isEnd) {
     const QByteArray bytes = m_parser->takeForeign(isEnd);
     if (bytes.isEmpty())
         return;
-    const auto format = detectFormat(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                                     static_cast<std::size_t>(bytes.size()),
-                                     isEnd);
+    const auto format = detectFormat(bytes, isEnd);
     if (!format || *format == StreamFormat::Unknown || *format == m_format)
         return;
     m_parser.reset();

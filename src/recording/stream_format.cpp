@@ -114,6 +114,28 @@ std::optional<StreamFormat> byLaterPage(const std::uint8_t* data, std::size_t si
     return std::nullopt;
 }
 
+std::optional<StreamFormat> detect(const std::uint8_t* data, std::size_t size, bool isEnd) {
+    constexpr std::size_t kOggNeeds = 27 + 255 + 8; // a page's header and a codec's name
+    while (size >= kMagicBytes) {
+        if (startsWith(data, "OggS") && size < kOggNeeds && !isEnd)
+            return std::nullopt;
+        if (const auto format = byMagic(data, size))
+            return format;
+        const std::size_t tag = id3Bytes(data);
+        if (tag > size && tag < kMaxTagBytes && !isEnd)
+            return std::nullopt;
+        if (tag == 0 || tag + kMagicBytes > size)
+            break;
+        data += tag; // any number of them, one behind the other
+        size -= tag;
+    }
+    if (const auto format = byFrames(data, size, isEnd))
+        return format;
+    if (const auto format = byLaterPage(data, size))
+        return format;
+    return isEnd || size >= kGiveUpBytes ? std::optional(StreamFormat::Unknown) : std::nullopt;
+}
+
 /// What is not understood: bytes as they come.
 class RawSplitter final : public StreamParser {
   public:
@@ -138,24 +160,10 @@ class RawSplitter final : public StreamParser {
 
 } // namespace
 
-std::optional<StreamFormat> detectFormat(const std::uint8_t* data, std::size_t size, bool isEnd) {
-    constexpr std::size_t kOggNeeds = 27 + 255 + 8; // a page's header and a codec's name
-    if (size >= kMagicBytes && startsWith(data, "OggS") && size < kOggNeeds && !isEnd)
-        return std::nullopt;
-    if (size >= kMagicBytes) {
-        if (const auto format = byMagic(data, size))
-            return format;
-        const std::size_t tag = id3Bytes(data);
-        if (tag > 0 && tag + kMagicBytes <= size)
-            return detectFormat(data + tag, size - tag, isEnd);
-        if (tag > size && tag < kMaxTagBytes && !isEnd)
-            return std::nullopt;
-    }
-    if (const auto format = byFrames(data, size, isEnd))
-        return format;
-    if (const auto format = byLaterPage(data, size))
-        return format;
-    return isEnd || size >= kGiveUpBytes ? std::optional(StreamFormat::Unknown) : std::nullopt;
+std::optional<StreamFormat> detectFormat(const QByteArray& bytes, bool isEnd) {
+    return detect(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                  static_cast<std::size_t>(bytes.size()),
+                  isEnd);
 }
 
 std::unique_ptr<StreamParser> makeStreamParser(StreamFormat format, qint64 position) {

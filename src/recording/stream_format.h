@@ -4,14 +4,13 @@
 
 #include <QString>
 
-#include <cstdint>
 #include <optional>
 
 namespace BASS {
 
 /// What the bytes are, by magic numbers or three chained frame headers; nothing: more are needed.
 /// `isEnd`: there will be no more. Unknown comes after 64 KiB at the latest.
-std::optional<StreamFormat> detectFormat(const std::uint8_t* data, std::size_t size, bool isEnd);
+std::optional<StreamFormat> detectFormat(const QByteArray& bytes, bool isEnd);
 
 /// The parser for a connection whose first byte has the given position.
 std::unique_ptr<StreamParser> makeStreamParser(StreamFormat format, qint64 position);

@@ -6,10 +6,10 @@
 
 using namespace BASS;
 
-Listener::Listener() {
+Listener::Listener(int speed) {
     if (qEnvironmentVariableIsEmpty("SDL_AUDIODRIVER"))
         qputenv("SDL_AUDIODRIVER", "dummy");
-    qputenv("WAVELARK_NULL_SPEED", "20");
+    qputenv("WAVELARK_NULL_SPEED", QByteArray::number(speed));
     m_library.SetTitleProc(&Listener::onTitle);
     m_library.Init(-1, 44100, 0);
     m_library.SetConfig(BASS_CONFIG_NET_PREBUF, 0);

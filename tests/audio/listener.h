@@ -31,7 +31,7 @@ class Listener {
         const void*, BASS::DWORD, BASS::DWORD, BASS::DOWNLOADPROC*, void*);
     using CreateFile = BASS::HSTREAM (BASS::AudioLibrary::*)(const void*, BASS::DWORD);
 
-    Listener();
+    explicit Listener(int speed = 20);
     ~Listener();
 
     BASS::AudioLibrary& library() { return m_library; }

@@ -3,7 +3,6 @@
 #include "support/test_station.h"
 
 #include <QFileInfo>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -38,21 +37,7 @@ QVector<StationTrack> tones(int count) {
 
 /// 16-bit mono.
 std::vector<qint16> samplesOf(const QString& path) {
-    QProcess decoder;
-    decoder.start(QStringLiteral("ffmpeg"),
-                  {QStringLiteral("-v"),
-                   QStringLiteral("quiet"),
-                   QStringLiteral("-i"),
-                   path,
-                   QStringLiteral("-f"),
-                   QStringLiteral("s16le"),
-                   QStringLiteral("-ac"),
-                   QStringLiteral("1"),
-                   QStringLiteral("-ar"),
-                   QString::number(kRate),
-                   QStringLiteral("-")});
-    decoder.waitForFinished();
-    const QByteArray bytes = decoder.readAllStandardOutput();
+    const QByteArray bytes = media::decodedMono(path, kRate).value_or(QByteArray());
     std::vector<qint16> samples(static_cast<std::size_t>(bytes.size()) / sizeof(qint16));
     std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(qint16));
     return samples;

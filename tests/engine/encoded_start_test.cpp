@@ -30,6 +30,14 @@ void keepBuffer(Rig& rig) {
     rig.engine->setSettings(settings);
 }
 
+/// Up to this title.
+bool playsWithBuffer(Rig& rig, const char* title) {
+    keepBuffer(rig);
+    rig.play();
+    return QTest::qWaitFor([&] { return rig.engine->song().title == QLatin1String(title); },
+                           kLimitMs);
+}
+
 qint64 received(const Rig& rig) {
     return rig.engine->streamInfo().bytesReceived;
 }
@@ -64,10 +72,7 @@ TEST(EncodedStart, ReachesBackToTheBeginningOfTheTitle) {
         SCOPED_TRACE(c.encoder);
         constexpr double kSeconds = 4;
         Rig rig(3, kSeconds);
-        keepBuffer(rig);
-        rig.play();
-        const auto isHeard = [&rig] { return rig.engine->song().title == QLatin1String("Song 2"); };
-        ASSERT_TRUE(QTest::qWaitFor(isHeard, kLimitMs));
+        ASSERT_TRUE(playsWithBuffer(rig, "Song 2"));
         waitForBytes(rig, 2 * kBytesPerSecond);
         rig.options.encoder = c.encoder;
         rig.options.mode = c.mode;
@@ -90,10 +95,7 @@ TEST(EncodedStart, ReachesBackToTheBeginningOfTheTitle) {
 TEST(EncodedStart, TheTimesOfABufferAreThoseOfItsAudio) {
     constexpr double kSeconds = 4;
     Rig rig(3, kSeconds);
-    keepBuffer(rig);
-    rig.play();
-    const auto isHeard = [&rig] { return rig.engine->song().title == QLatin1String("Song 3"); };
-    ASSERT_TRUE(QTest::qWaitFor(isHeard, kLimitMs));
+    ASSERT_TRUE(playsWithBuffer(rig, "Song 3"));
     rig.options.encoder = 6;
     rig.options.mode = RecordMode::NoSplit;
     rig.options.hasTrackList = true;

@@ -9,6 +9,7 @@
 
 namespace {
 
+using BASS::detectFormat;
 using BASS::FrameList;
 using BASS::StreamFormat;
 
@@ -18,12 +19,6 @@ QStringList words(const char* text) {
 
 QByteArray adts() {
     return encoded(words("-c:a aac -b:a 96k -f adts"));
-}
-
-std::optional<StreamFormat> formatOf(const QByteArray& bytes, bool isEnd = false) {
-    return BASS::detectFormat(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                              static_cast<std::size_t>(bytes.size()),
-                              isEnd);
 }
 
 /// The bytes and places of all frames, fed in pieces of `chunk` bytes.
@@ -77,8 +72,8 @@ TEST(FrameSplitter, NoiseOfAnyKindIsBoundedAndGivesNoFrames) {
         byte = static_cast<char>(random());
     for (const auto format : {StreamFormat::Mpeg, StreamFormat::Adts})
         EXPECT_EQ(walk(format, noise, 4096).positions.size(), 0U);
-    EXPECT_EQ(formatOf(noise), StreamFormat::Unknown);
-    EXPECT_EQ(formatOf(QByteArray(300000, '\xFF')), StreamFormat::Unknown);
+    EXPECT_EQ(detectFormat(noise, false), StreamFormat::Unknown);
+    EXPECT_EQ(detectFormat(QByteArray(300000, '\xFF'), false), StreamFormat::Unknown);
 }
 
 TEST(StreamFormat, IsToldByTheBytes) {
@@ -94,6 +89,9 @@ TEST(StreamFormat, IsToldByTheBytes) {
         {"MP3", mp3.left(4096), StreamFormat::Mpeg},
         {"MP3 from the middle", mp3.mid(1234, 4096), StreamFormat::Mpeg},
         {"MP3 behind a tag", tagged.left(6000), StreamFormat::Mpeg},
+        {"MP3 behind many tags",
+         QByteArray("ID3\4\0\0\0\0\0\0", 10).repeated(200000) + mp3.left(4096),
+         StreamFormat::Mpeg},
         {"a tag only", tagged.left(1000), std::nullopt},
         {"too few frames", mp3.left(800), std::nullopt},
         {"ADTS", adts().left(4096), StreamFormat::Adts},
@@ -108,8 +106,8 @@ TEST(StreamFormat, IsToldByTheBytes) {
         {"text", QByteArray("<html>not found</html>").repeated(4000), StreamFormat::Unknown},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(formatOf(c.bytes), c.format) << c.name;
-    EXPECT_EQ(formatOf("<html></html>", true), StreamFormat::Unknown);
+        EXPECT_EQ(detectFormat(c.bytes, false), c.format) << c.name;
+    EXPECT_EQ(detectFormat("<html></html>", true), StreamFormat::Unknown);
 }
 
 TEST(StreamHeaderKeeper, KeepsWhatALaterStartNeeds) {

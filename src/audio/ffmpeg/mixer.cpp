@@ -42,16 +42,19 @@ void Mixer::render(float* out, std::size_t frames) {
     std::fill(out, out + samples, 0.0F);
     bool isSilent = true;
     bool isSounding = false;
+    bool isThin = false;
     for (auto& slot : m_voices) {
         Voice* const voice = slot.load();
         if (voice == nullptr)
             continue;
         isSounding = voice->render(out, frames) || isSounding;
         isSilent = isSilent && voice->isMuted();
+        isThin = isThin || voice->isThin(frames);
     }
     isSilent = isSilent || m_globalVolume.load() == 0;
     const bool wasSilent = m_isSilent.exchange(isSilent);
     m_isSounding.store(isSounding);
+    m_isThin.store(isThin);
     m_pass.fetch_add(1);
 
     const float goal = static_cast<float>(m_globalVolume.load()) / 10000.0F;

@@ -26,6 +26,8 @@ class Mixer {
     [[nodiscard]] bool isSilent() const { return m_isSilent.load(); }
     /// In the last block a voice played.
     [[nodiscard]] bool isSounding() const { return m_isSounding.load(); }
+    /// The last block has left a voice with less than another one, and more is to come.
+    [[nodiscard]] bool isThin() const { return m_isThin.load(); }
 
     /// 0 to 10000, linear.
     void setGlobalVolume(std::uint32_t value) { m_globalVolume.store(value); }
@@ -42,6 +44,7 @@ class Mixer {
     std::atomic<std::uint32_t> m_globalVolume{10000};
     std::atomic<bool> m_isSilent{false};
     std::atomic<bool> m_isSounding{false};
+    std::atomic<bool> m_isThin{false};
     float m_lastGain = 1.0F; ///< render() only
 };
 

@@ -16,6 +16,7 @@ constexpr std::uint64_t kSoundingBlocks = 8;
 /// than what a voice has left when its decoder wakes, heard or unheard, or it would run dry in one
 /// step.
 constexpr std::uint64_t kSilentBlocks = 15;
+static_assert(2 * kSilentBlocks * kBlockFrames < Voice::kCapacityFrames);
 /// After a longer pause of the whole machine the clock starts anew instead of racing.
 constexpr std::chrono::seconds kMaxLag{2};
 
@@ -57,10 +58,13 @@ void NullOutput::run() {
         if (m_stop.wait_until(lock, due, [this] { return m_isStopping; }))
             return;
         lock.unlock();
-        for (std::uint64_t n = 0; n < step; ++n)
+        bool isThin = false;
+        for (std::uint64_t n = 0; n < step && !isThin; ++n, ++blocks) {
             m_mixer.render(block.data(), kBlockFrames);
-        blocks += step;
-        if (Clock::now() - due > kMaxLag) {
+            isThin = m_mixer.isThin();
+        }
+        // what was decoded anew in the middle of a step does not reach to its end
+        if (isThin || Clock::now() - due > kMaxLag) {
             begin = Clock::now();
             blocks = 0;
         }

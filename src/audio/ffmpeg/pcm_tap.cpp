@@ -140,14 +140,13 @@ bool PcmTap::stop(const Encoder& encoder, bool isComplete) {
     std::for_each(line->stages.begin(), behind, [isComplete](const Stage& stage) {
         stage.encoder->finish(isComplete);
     });
-    const HENCODE end = line->stages.back().encoder->handle();
-    line->stages.erase(line->stages.begin(), behind);
-    line->next = m_fed; // whoever waited is on now
-    if (line->stages.empty()) {
-        forgetEnd(end);
+    if (behind == line->stages.end()) {
         remove(*line);
         takeCuts(); // what came in between
+        return true;
     }
+    line->stages.erase(line->stages.begin(), behind);
+    line->next = m_fed; // whoever waited is on now
     return true;
 }
 
@@ -182,8 +181,7 @@ bool PcmTap::release(const Encoder& encoder) {
 }
 
 void PcmTap::remove(const Line& line) {
-    if (!line.stages.empty())
-        forgetEnd(line.stages.back().encoder->handle());
+    forgetEnd(line.stages.back().encoder->handle());
     m_lines.erase(std::find_if(
         m_lines.begin(), m_lines.end(), [&line](const Line& other) { return &other == &line; }));
     if (!m_lines.empty())

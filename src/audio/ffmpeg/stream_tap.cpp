@@ -106,14 +106,13 @@ bool StreamTap::canWait() {
 void StreamTap::ended(int error) {
     if (m_ogg)
         m_ogg->finish();
-    m_fifo.end(error);
-    const CallbackGate::Pass pass(m_gate);
-    if (!pass)
-        return;
-    if (m_callbacks.download != nullptr)
-        m_callbacks.download(nullptr, 0, m_callbacks.user);
-    if (m_callbacks.ended)
-        m_callbacks.ended();
+    if (const CallbackGate::Pass pass(m_gate); pass) {
+        if (m_callbacks.download != nullptr)
+            m_callbacks.download(nullptr, 0, m_callbacks.user);
+        if (m_callbacks.ended)
+            m_callbacks.ended();
+    }
+    m_fifo.end(error); // last: nobody hears the end before it has been told
 }
 
 void StreamTap::audio(const std::uint8_t* data, std::size_t size) {

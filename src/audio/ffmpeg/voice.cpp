@@ -12,6 +12,9 @@ namespace {
 constexpr std::uint32_t kDeclickMs = 10;
 /// After a stall the ring is filled this far, so that one late packet is no second stall.
 constexpr std::uint32_t kRefillMs = 500;
+/// The decoder sleeps until so much of what is kept is left, in per cent: time enough for a thread
+/// that a busy disk or processor holds up, and still no more than five wakes a second.
+constexpr std::size_t kLowPercent = 75;
 
 /// The greatest distance from zero on either side. The bits of positive floats are ordered as the
 /// floats are, and in whole numbers the compiler compares several at once.
@@ -66,18 +69,20 @@ void Voice::waitForSpace() {
 }
 
 bool Voice::isFull() const {
-    return m_keptMs.load() != 0 && m_ring.readable() > 2 * lowMark();
+    return m_keptMs.load() != 0 && m_ring.readable() > kept();
+}
+
+std::size_t Voice::kept() const {
+    const std::size_t keptMs = m_keptMs.load();
+    return keptMs == 0 ? m_ring.capacity() : std::size_t{m_rate} * keptMs / 1000 * kChannels;
 }
 
 std::size_t Voice::lowMark() const {
-    const std::size_t keptMs = m_keptMs.load();
-    if (keptMs == 0)
-        return m_ring.capacity() / 2;
-    return std::size_t{m_rate} * keptMs / 1000 / 2 * kChannels;
+    return kept() * kLowPercent / 100;
 }
 
 std::size_t Voice::refillFrames() const {
-    return m_keptMs.load() != 0 ? lowMark() / kChannels : std::size_t{m_rate} * kRefillMs / 1000;
+    return m_keptMs.load() != 0 ? kept() / kChannels / 2 : std::size_t{m_rate} * kRefillMs / 1000;
 }
 
 void Voice::catchUpAt(std::uint64_t frame) {
@@ -183,6 +188,11 @@ bool Voice::render(float* out, std::size_t frames) {
     raise(events);
     askForMore();
     return mixed > 0;
+}
+
+bool Voice::isThin(std::size_t frames) const {
+    return m_mode.load() == Mode::Playing && bufferedFrames() < frames && !m_isStalled.load() &&
+           !m_sourceEnded.load();
 }
 
 void Voice::askForMore() {

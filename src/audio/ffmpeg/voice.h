@@ -38,7 +38,7 @@ class Voice {
     // --- decode side ----------------------------------------------------------------------------
     /// Returns the frames taken; the rest waits until waitForSpace() comes back.
     std::size_t write(const float* samples, std::size_t frames);
-    /// Blocks until half of the ring (or of what it is kept at) is free, or wakeDecoder().
+    /// Blocks until a good part of the ring (or of what it is kept at) is free, or wakeDecoder().
     void waitForSpace();
     /// The ring is filled with no more than this: changes are heard sooner. 0: with what fits.
     void setKept(std::uint32_t milliseconds) { m_keptMs.store(milliseconds); }
@@ -85,6 +85,8 @@ class Voice {
     // --- output callback ------------------------------------------------------------------------
     /// Adds up to `frames` frames to `out`. False where it does not play.
     bool render(float* out, std::size_t frames);
+    /// Plays, and has not so much left, though its source has.
+    [[nodiscard]] bool isThin(std::size_t frames) const;
 
   private:
     std::size_t mix(float* out, std::size_t frames);
@@ -93,6 +95,7 @@ class Voice {
     bool isWaitingToCatchUp(std::size_t frames);
     void raise(std::uint32_t events);
     void askForMore();
+    [[nodiscard]] std::size_t kept() const;
     [[nodiscard]] std::size_t lowMark() const;
     [[nodiscard]] std::size_t refillFrames() const;
 
