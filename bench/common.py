@@ -122,7 +122,7 @@ class SoundServer:
         socket_path = f"{self.folder}/native"
         self.env = {"PULSE_SERVER": f"unix:{socket_path}", "SDL_AUDIODRIVER": "pulseaudio"}
         self.process = subprocess.Popen(
-            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--load=module-null-sink",
+            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--load=module-null-sink sink_name=null",
              f"--load=module-native-protocol-unix socket={socket_path} auth-anonymous=1"],
             env=dict(os.environ, HOME=self.folder, XDG_RUNTIME_DIR=self.folder), **QUIET)
         wait_for(lambda: os.path.exists(socket_path), "the sound server does not start")

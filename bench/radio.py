@@ -125,6 +125,7 @@ class Radio:
 
 class QuietPages(http.server.SimpleHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
+    disable_nagle_algorithm = True  # as other servers do; else the second request of a connection waits 40 ms
 
     def log_message(self, *_):
         pass

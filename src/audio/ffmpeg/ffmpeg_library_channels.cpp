@@ -22,8 +22,8 @@ bool FfmpegLibrary::ChannelPlay(DWORD handle, bool restart) {
         channel->seek(0.0);
     else if (voice.hasEnded())
         return fail(BASS_ERROR_ENDED);
-    m_output.wake();
     voice.setMode(Voice::Mode::Playing);
+    m_output.wake(); // what a device asks for first is sound already
     return succeed();
 }
 

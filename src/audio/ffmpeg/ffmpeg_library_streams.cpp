@@ -131,7 +131,6 @@ HSTREAM FfmpegLibrary::HLS_StreamCreateFile(const void* file, DWORD flags) {
 }
 
 FfmpegLibrary::Channel FfmpegLibrary::newChannel(DWORD flags) {
-    m_output.wake(); // while the connection is made
     StreamChannel::Context context;
     context.flags = flags;
     context.rate = m_rate.load();

@@ -43,10 +43,14 @@ bool OutputControl::open(int device, std::uint32_t rate) {
         m_device.store(device);
         m_name = name;
         m_rate = rate;
-        openChosen();
+        m_isAsleep = m_mixer.isEmpty(); // no thread yet
+        if (!m_isAsleep)
+            openChosen();
+        else if (device != kNoSound)
+            startSdl();
     }
-    m_lastUse = std::chrono::steady_clock::now(); // no thread yet
-    m_isAsleep = false;
+    m_lastUse = std::chrono::steady_clock::now();
+    m_isWoken = false;
     m_isStopping = false;
     m_thread = std::thread([this] { run(); });
     m_isOpen.store(true);
@@ -70,8 +74,7 @@ void OutputControl::wake() {
     {
         const std::lock_guard lock(m_mutex);
         m_lastUse = std::chrono::steady_clock::now();
-        if (!m_isAsleep)
-            return;
+        m_isWoken = m_isAsleep;
     }
     m_changed.notify_all();
 }
@@ -83,8 +86,8 @@ void OutputControl::run() {
     std::unique_lock lock(m_mutex);
     while (!m_isStopping) {
         if (m_isAsleep) {
-            m_changed.wait(lock, [&] { return m_isStopping || !isRested(); });
-            m_isAsleep = false;
+            m_changed.wait(lock, [&] { return m_isStopping || m_isWoken; });
+            m_isAsleep = m_isWoken = false;
             if (m_isStopping)
                 return;
             lock.unlock();

@@ -36,11 +36,12 @@ class OutputControl {
     OutputControl(const OutputControl&) = delete;
     OutputControl& operator=(const OutputControl&) = delete;
 
-    /// Sound is wanted soon: a device that was closed because nothing played for a while is opened
-    /// again, without waiting for it.
+    /// There is something to play: a device that is closed, for nothing has played for a while or
+    /// ever, is opened without waiting for it. One that has been open plays out its silence before.
     void wake();
     /// device: kDefault, kNoSound, or a place in devices(). False where there is no such device.
-    /// Waits for the device, which may take some 50 ms.
+    /// Waits for the sound system, and while something plays for the device, which may take some
+    /// 50 ms.
     bool open(int device, std::uint32_t rate);
     void close();
     [[nodiscard]] bool isOpen() const { return m_isOpen.load(); }
@@ -93,6 +94,7 @@ class OutputControl {
     std::condition_variable m_changed;
     std::chrono::steady_clock::time_point m_lastUse;
     bool m_isAsleep = false; ///< the output is closed until wake()
+    bool m_isWoken = false;
     bool m_isStopping = false;
     std::thread m_thread;
 };
