@@ -14,6 +14,8 @@ namespace BASS {
 namespace {
 
 constexpr int kGatherBytes = 65536;
+/// Syncs until the file is looked for again: it may be removed or moved away while it is written.
+constexpr unsigned kLookForEvery = 8;
 
 QString translated(const char* text) {
     return QCoreApplication::translate("BASS::CRecording", text);
@@ -116,7 +118,8 @@ bool CRecording::flush() {
 bool CRecording::sync() {
     if (!flush())
         return false;
-    if (!QFileInfo::exists(m_file->fileName()) && !putBack())
+    const bool isLookedFor = m_syncs++ % kLookForEvery == 0;
+    if (isLookedFor && !QFileInfo::exists(m_file->fileName()) && !putBack())
         return fail(RecordingErrorKind::CannotWrite, m_file->errorString());
     return syncFile(*m_file) || fail(RecordingErrorKind::CannotWrite, qt_error_string());
 }

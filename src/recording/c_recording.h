@@ -61,6 +61,7 @@ class CRecording final : public ByteSink {
     std::vector<int> m_pieces; ///< ends of the appended pieces in m_gathered
     qint64 m_written = 0;
     bool m_wasPutBack = false;
+    unsigned m_syncs = 0;
     std::optional<RecordingError> m_failure;
 };
 

@@ -1,10 +1,8 @@
+#include "audio/disk_output.h"
 #include "audio/encoding.h"
 #include "audio/listener.h"
 #include "audio/loopback_server.h"
 #include "audio/tracks.h"
-
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -13,32 +11,6 @@
 using namespace BASS;
 
 namespace {
-
-/// What reached the device, written by SDL's "disk" driver in real time.
-class DiskOutput {
-  public:
-    DiskOutput() : m_driver(qgetenv("SDL_AUDIODRIVER")) {
-        qputenv("SDL_AUDIODRIVER", "disk");
-        qputenv("SDL_DISKAUDIOFILE", path().toLocal8Bit());
-    }
-    ~DiskOutput() {
-        qunsetenv("SDL_DISKAUDIOFILE");
-        qputenv("SDL_AUDIODRIVER", m_driver);
-    }
-    Q_DISABLE_COPY_MOVE(DiskOutput)
-
-    [[nodiscard]] QByteArray bytes() const {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
-
-  private:
-    [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("out.f32")); }
-
-    QByteArray m_driver;
-    QTemporaryDir m_folder;
-};
 
 QByteArray withoutLeadingSilence(const QByteArray& bytes) {
     constexpr int kFrame = 8;

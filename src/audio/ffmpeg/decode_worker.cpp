@@ -12,9 +12,8 @@ namespace {
 
 /// Decoded before playing may begin.
 constexpr int kPrebufferMs = 100;
-/// Kept decoded while somebody moves the sliders of the sound, and while nobody hears anything.
+/// Kept decoded while somebody moves the sliders of the sound.
 constexpr std::uint32_t kAdjustedMs = 400;
-constexpr std::uint32_t kUnheardMs = 700;
 /// A frame-wise format that gives nothing for so many bytes is not what it was taken for.
 constexpr std::uint64_t kBarrenBytes = 64U * 1024U;
 constexpr int kMaxFailures = 3;
@@ -195,7 +194,8 @@ bool DecodeWorker::stepOnce() {
         return true;
     const bool isUnheard = m_isReady && m_callbacks.isUnheard && m_callbacks.isUnheard();
     const bool isAdjusted = m_callbacks.isAdjusted && m_callbacks.isAdjusted();
-    m_voice.setKept(isUnheard ? kUnheardMs : isAdjusted ? kAdjustedMs : 0);
+    m_voice.setUnheard(isUnheard);
+    m_voice.setKept(isAdjusted && !isUnheard ? kAdjustedMs : 0);
     if (isUnheard)
         m_decoder->skip();
     else if (const std::size_t again = m_decoder->rejoin(m_voice.bufferedFrames()); again > 0)
@@ -234,20 +234,26 @@ bool DecodeWorker::linkIsOver() {
 }
 
 bool DecodeWorker::deliver(LinkDecoder::Block& block) {
-    if (block.samples.empty())
+    if (block.samples.empty() && block.silence == 0)
         return true;
     updateInfo();
     deliverComments();
     const std::uint64_t position = streamPosition(block.hasPosition ? block.position : m_fed);
     deliverTitles(position);
-    if (m_callbacks.pcm)
+    if (m_callbacks.pcm && block.silence == 0)
         m_callbacks.pcm(block.samples, position);
+    return handOn(block);
+}
+
+/// Waits for room where there is none.
+bool DecodeWorker::handOn(const LinkDecoder::Block& block) {
     const float* samples = block.samples.data();
-    std::size_t left = block.samples.size() / Voice::kChannels;
+    std::size_t left = block.silence + block.samples.size() / Voice::kChannels;
     const auto prebuffer = static_cast<std::size_t>(m_rate) * kPrebufferMs / 1000;
     for (;;) {
-        const std::size_t done = m_voice.write(samples, left);
-        samples += done * Voice::kChannels;
+        const std::size_t done =
+            block.silence > 0 ? m_voice.writeSilence(left) : m_voice.write(samples, left);
+        samples += block.silence > 0 ? 0 : done * Voice::kChannels;
         left -= done;
         if (!m_isReady && (left > 0 || m_voice.bufferedFrames() >= prebuffer))
             tellReady(BASS_OK);

@@ -77,6 +77,7 @@ class DecodeWorker {
     bool stepOnce();
     bool linkIsOver();
     bool deliver(LinkDecoder::Block& block);
+    bool handOn(const LinkDecoder::Block& block);
     void deliverComments();
     void deliverTitles(std::uint64_t position);
     std::uint64_t streamPosition(std::uint64_t fed);

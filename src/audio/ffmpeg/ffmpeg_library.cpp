@@ -140,6 +140,8 @@ bool FfmpegLibrary::SetConfig(DWORD option, DWORD value) {
     if (option == BASS_CONFIG_GVOL_STREAM) {
         value = std::min(value, kFullVolume);
         m_mixer.setGlobalVolume(value);
+        if (value > 0)
+            m_output.unmute();
         for (const Channel& channel : channels())
             channel->voice().wakeDecoder(); // what was muted may be heard now
     }

@@ -87,6 +87,8 @@ bool FfmpegLibrary::ChannelSetAttribute(DWORD handle, DWORD attribute, float val
     if (!(value >= 0.0F && value <= 1.0F))
         return fail(BASS_ERROR_ILLPARAM);
     channel->setVolume(value);
+    if (value > 0.0F)
+        m_output.unmute();
     return true;
 }
 
@@ -139,6 +141,8 @@ bool FfmpegLibrary::ChannelSlideAttribute(DWORD handle, DWORD attribute, float v
     if (attribute != BASS_ATTRIB_VOL)
         return fail(BASS_ERROR_ILLTYPE);
     channel->slideVolume(std::clamp(value, 0.0F, 1.0F), time);
+    if (value > 0.0F)
+        m_output.unmute();
     return true;
 }
 

@@ -122,7 +122,7 @@ struct LinkDecoder::State {
     Step skip();
     Step decodeSkipped();
     [[nodiscard]] double packetLength(const AVPacket& in) const;
-    std::size_t passSilence(double length);
+    std::size_t outputFrames(double length);
     void startFade();
     void takeFrame();
     bool makeResampler();
@@ -228,6 +228,7 @@ bool LinkDecoder::State::openCodec() {
 LinkDecoder::Step LinkDecoder::step() {
     State& s = *m_state;
     s.block.samples.clear();
+    s.block.silence = 0;
     s.block.hasPosition = false;
     return s.readPacket();
 }
@@ -276,7 +277,7 @@ LinkDecoder::Step LinkDecoder::State::decode(const AVPacket* in) {
         if (verdict != ReservoirGate::Verdict::Drop)
             takeFrame();
         else if (isRejoining)
-            passSilence(frameLength);
+            block.samples.resize(block.samples.size() + outputFrames(frameLength) * kOutChannels);
         av_frame_unref(frame.get());
     }
     if (++badInRow > kMaxBadInRow)
@@ -316,8 +317,8 @@ LinkDecoder::Step LinkDecoder::State::skip() {
     measure(*packet);
     block.hasPosition = packet->pos >= 0;
     block.position = block.hasPosition ? static_cast<std::uint64_t>(packet->pos) : 0;
-    const std::size_t frames = passSilence(packetLength(*packet));
-    skipped.hold(*packet, frames, static_cast<std::size_t>(outputRate));
+    block.silence = outputFrames(packetLength(*packet));
+    skipped.hold(*packet, block.silence, static_cast<std::size_t>(outputRate));
     return Step::Audio;
 }
 
@@ -336,14 +337,13 @@ double LinkDecoder::State::packetLength(const AVPacket& in) const {
                            : frameLength;
 }
 
-std::size_t LinkDecoder::State::passSilence(double length) {
+/// Of a length that is passed over without decoding, in seconds.
+std::size_t LinkDecoder::State::outputFrames(double length) {
     skippedRest += length * outputRate;
     const double whole =
         std::floor(skippedRest + 1e-6); // a sum that should be whole may lack a hair
     skippedRest -= whole;
-    const auto frames = static_cast<std::size_t>(whole);
-    block.samples.resize(block.samples.size() + frames * kOutChannels);
-    return frames;
+    return static_cast<std::size_t>(whole);
 }
 
 void LinkDecoder::State::takeFrame() {

@@ -35,6 +35,7 @@ class LinkDecoder {
     };
     struct Block {
         std::vector<float> samples; ///< interleaved stereo
+        std::size_t silence = 0;    ///< instead of samples: frames that were skipped
         std::uint64_t position = 0; ///< of the packet in the bytes that this decoder has read
         bool hasPosition = false;
     };

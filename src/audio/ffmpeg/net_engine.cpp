@@ -13,7 +13,7 @@ namespace {
 
 /// How long bytes may wait with the system where nobody minds. A recording has them on the disk
 /// within a second all the same.
-constexpr std::chrono::milliseconds kRest{400};
+constexpr std::chrono::milliseconds kRest{450};
 
 } // namespace
 

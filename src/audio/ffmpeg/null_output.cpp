@@ -12,11 +12,10 @@ namespace {
 constexpr std::size_t kBlockFrames = 1024;
 /// Blocks at a time while something plays, which nobody hears; what begins to play begins at once.
 constexpr std::uint64_t kSoundingBlocks = 8;
-/// Blocks at a time while all is muted: what is late by a third of a second is not missed. Less
-/// than what a voice has left when its decoder wakes, heard or unheard, or it would run dry in one
-/// step.
-constexpr std::uint64_t kSilentBlocks = 15;
-static_assert(2 * kSilentBlocks * kBlockFrames < Voice::kCapacityFrames);
+/// Blocks at a time while all is muted: what is late by half a second is not missed. Less than what
+/// a voice keeps, or it would run dry in one step.
+constexpr std::uint64_t kSilentBlocks = 23;
+static_assert(kSilentBlocks * kBlockFrames < Voice::kCapacityFrames);
 /// After a longer pause of the whole machine the clock starts anew instead of racing.
 constexpr std::chrono::seconds kMaxLag{2};
 

@@ -5,6 +5,7 @@
 #include "base/log.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -12,16 +13,16 @@ namespace {
 /// How often a lost device is noticed and a missing one looked for. SDL's events would need its
 /// event loop to be pumped; asking once a second costs nothing measurable.
 constexpr std::chrono::seconds kWatchEvery{1};
-/// After so long without a stream the device is closed: it keeps sound servers and hardware awake.
-constexpr std::chrono::seconds kRestAfter{10};
 /// Pauses between attempts to find a device where there is none.
 constexpr std::chrono::seconds kRetryFirst{4};
 constexpr std::chrono::seconds kRetryAtMost{60};
 
 } // namespace
 
-OutputControl::OutputControl(Mixer& mixer, std::function<void()> onLost)
-    : m_mixer(mixer), m_onLost(std::move(onLost)) {}
+OutputControl::OutputControl(Mixer& mixer,
+                             std::function<void()> onLost,
+                             std::chrono::seconds restAfter)
+    : m_mixer(mixer), m_onLost(std::move(onLost)), m_restAfter(restAfter) {}
 
 OutputControl::~OutputControl() {
     close();
@@ -50,8 +51,7 @@ bool OutputControl::open(int device, std::uint32_t rate) {
             startSdl();
     }
     m_lastUse = std::chrono::steady_clock::now();
-    m_isWoken = false;
-    m_isStopping = false;
+    m_isWoken = m_isMuted = m_isStopping = false;
     m_thread = std::thread([this] { run(); });
     m_isOpen.store(true);
     return true;
@@ -74,32 +74,59 @@ void OutputControl::wake() {
     {
         const std::lock_guard lock(m_mutex);
         m_lastUse = std::chrono::steady_clock::now();
-        m_isWoken = m_isAsleep;
+        m_isWoken = m_isWoken || m_isAsleep || m_isMuted;
+    }
+    m_changed.notify_all();
+}
+
+void OutputControl::unmute() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_isMuted)
+            return;
+        m_isWoken = true;
     }
     m_changed.notify_all();
 }
 
 void OutputControl::run() {
     const auto isRested = [this] { // under the lock
-        return std::chrono::steady_clock::now() - m_lastUse >= kRestAfter && m_mixer.isEmpty();
+        return std::chrono::steady_clock::now() - m_lastUse >= m_restAfter && m_mixer.isEmpty();
+    };
+    auto lastHeard = std::chrono::steady_clock::now();
+    const auto isLongMuted = [this, &lastHeard] {
+        const auto now = std::chrono::steady_clock::now();
+        if (m_sdlOutput == nullptr || !m_mixer.isSilent())
+            lastHeard = now;
+        return now - lastHeard >= m_restAfter;
     };
     std::unique_lock lock(m_mutex);
     while (!m_isStopping) {
-        if (m_isAsleep) {
-            m_changed.wait(lock, [&] { return m_isStopping || m_isWoken; });
-            m_isAsleep = m_isWoken = false;
-            if (m_isStopping)
-                return;
+        const auto isCalled = [this] { return m_isStopping || m_isWoken; };
+        if (m_isAsleep)
+            m_changed.wait(lock, isCalled);
+        else
+            m_changed.wait_for(lock, m_sdlOutput != nullptr ? kWatchEvery : kRetryFirst, isCalled);
+        if (m_isStopping)
+            return;
+        if (std::exchange(m_isWoken, false)) {
+            m_isAsleep = m_isMuted = false;
             lock.unlock();
             const std::lock_guard device(m_deviceMutex);
             openChosen();
-        } else if (m_changed.wait_for(lock, kWatchEvery, [this] { return m_isStopping; })) {
-            return;
         } else if (isRested()) {
             m_isAsleep = true;
             lock.unlock();
             const std::lock_guard device(m_deviceMutex);
             closeOutput();
+        } else if (m_isMuted) {
+            continue;
+        } else if (isLongMuted()) {
+            m_isMuted = true;
+            lock.unlock();
+            const std::lock_guard device(m_deviceMutex);
+            closeOutput();
+            m_output = std::make_unique<NullOutput>(m_mixer, m_rate);
         } else {
             lock.unlock();
             tend();

@@ -21,7 +21,7 @@ class Mixer;
 
 /// Keeps the mixer heard: opens the chosen device, falls back to the clock where none opens, brings
 /// the sound back when a device went away and another is there, and lets the device rest while
-/// there is nothing to play.
+/// there is nothing to hear.
 ///
 /// *Thread*: any; a thread of its own opens, closes and watches devices. *Owner*: the library.
 /// *Life*: open(), any number of times, close().
@@ -30,15 +30,21 @@ class OutputControl {
     static constexpr int kDefault = -1;
     static constexpr int kNoSound = 0;
 
-    /// onLost: a device has gone, called on the control's thread.
-    OutputControl(Mixer& mixer, std::function<void()> onLost);
+    /// onLost: a device has gone, called on the control's thread. restAfter: without a stream, or
+    /// with none that is not muted, the device is closed after so long: it keeps sound servers and
+    /// hardware awake.
+    OutputControl(Mixer& mixer,
+                  std::function<void()> onLost,
+                  std::chrono::seconds restAfter = std::chrono::seconds(10));
     ~OutputControl();
     OutputControl(const OutputControl&) = delete;
     OutputControl& operator=(const OutputControl&) = delete;
 
-    /// There is something to play: a device that is closed, for nothing has played for a while or
+    /// There is something to hear: a device that is closed, for nothing was heard for a while or
     /// ever, is opened without waiting for it. One that has been open plays out its silence before.
     void wake();
+    /// What was muted may be heard now: the same, for a device that was closed because of it.
+    void unmute();
     /// device: kDefault, kNoSound, or a place in devices(). False where there is no such device.
     /// Waits for the sound system, and while something plays for the device, which may take some
     /// 50 ms.
@@ -76,6 +82,7 @@ class OutputControl {
 
     Mixer& m_mixer;
     const std::function<void()> m_onLost;
+    const std::chrono::seconds m_restAfter;
     std::atomic<bool> m_isOpen{false};
     std::atomic<int> m_device{kDefault};
 
@@ -94,6 +101,7 @@ class OutputControl {
     std::condition_variable m_changed;
     std::chrono::steady_clock::time_point m_lastUse;
     bool m_isAsleep = false; ///< the output is closed until wake()
+    bool m_isMuted = false;  ///< the clock stands in for the device until wake()
     bool m_isWoken = false;
     bool m_isStopping = false;
     std::thread m_thread;

@@ -36,6 +36,14 @@ class SpscRing {
         return count;
     }
 
+    /// Writing thread. As write(), of elements whose value nobody looks at.
+    std::size_t pass(std::size_t count) {
+        const std::uint64_t at = m_written.load(std::memory_order_relaxed);
+        count = std::min(count, m_data.size() - static_cast<std::size_t>(at - m_consumed.load()));
+        m_written.store(at + count);
+        return count;
+    }
+
     /// Reading thread. Calls use(const T*, count) up to twice for up to `count` elements, in order.
     template <typename Use>
     std::size_t consume(std::size_t count, Use use) {

@@ -12,9 +12,6 @@ namespace {
 constexpr std::uint32_t kDeclickMs = 10;
 /// After a stall the ring is filled this far, so that one late packet is no second stall.
 constexpr std::uint32_t kRefillMs = 500;
-/// The decoder sleeps until so much of what is kept is left, in per cent: time enough for a thread
-/// that a busy disk or processor holds up, and still no more than five wakes a second.
-constexpr std::size_t kLowPercent = 75;
 
 /// The greatest distance from zero on either side. The bits of positive floats are ordered as the
 /// floats are, and in whole numbers the compiler compares several at once.
@@ -61,6 +58,13 @@ std::size_t Voice::write(const float* samples, std::size_t frames) {
     return m_ring.write(samples, std::min(room / kChannels, frames) * kChannels) / kChannels;
 }
 
+std::size_t Voice::writeSilence(std::size_t frames) {
+    const std::size_t room = (m_ring.capacity() - m_ring.readable()) / kChannels;
+    const std::size_t count = std::min(room, frames) * kChannels;
+    m_silentTo.store(m_ring.written() + count);
+    return m_ring.pass(count) / kChannels;
+}
+
 void Voice::waitForSpace() {
     m_decoderWaits.store(true);
     if (m_ring.readable() > lowMark())
@@ -78,7 +82,7 @@ std::size_t Voice::kept() const {
 }
 
 std::size_t Voice::lowMark() const {
-    return kept() * kLowPercent / 100;
+    return kept() * (m_isUnheard.load() ? kUnheardLowPercent : kLowPercent) / 100;
 }
 
 std::size_t Voice::refillFrames() const {
@@ -208,6 +212,19 @@ void Voice::addRamp(const float* samples, std::size_t count, float* out) {
     }
 }
 
+/// What was not decoded is not read either.
+std::size_t Voice::passSilence(std::size_t frames) {
+    const std::uint64_t at = m_ring.consumed();
+    const std::uint64_t end = std::min(m_silentTo.load(), at + frames * kChannels);
+    if (end <= at)
+        return 0;
+    m_ring.skipTo(end);
+    const std::size_t passed = static_cast<std::size_t>(m_ring.consumed() - at) / kChannels;
+    for (std::size_t n = 0; n < passed && !m_gain.isSteady(); ++n)
+        static_cast<void>(m_gain.next());
+    return passed;
+}
+
 std::size_t Voice::mix(float* out, std::size_t frames) {
     Peaks peaks;
     const bool isSpectrumWanted = m_spectrum.isWanted();
@@ -223,7 +240,10 @@ std::size_t Voice::mix(float* out, std::size_t frames) {
                 out[n] += samples[n] * gain;
         out += count;
     };
-    const std::size_t mixed = m_ring.consume(frames * kChannels, add) / kChannels;
+    const std::size_t silent = passSilence(frames);
+    out += silent * kChannels;
+    const std::size_t mixed =
+        silent + m_ring.consume((frames - silent) * kChannels, add) / kChannels;
     m_lastPeak.store(m_peak.exchange(peaks.word()));
     return mixed;
 }

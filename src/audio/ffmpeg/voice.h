@@ -30,6 +30,11 @@ class Voice {
     };
     static constexpr std::size_t kChannels = 2;
     static constexpr std::size_t kCapacityFrames = 32768;
+    /// The decoder sleeps until so much of what is kept is left: time enough for a thread that a
+    /// busy disk or processor holds up, and still no more than five or six wakes a second.
+    static constexpr std::size_t kLowPercent = 75;
+    /// While nobody hears it: one wake for a long step of the clock.
+    static constexpr std::size_t kUnheardLowPercent = 40;
     static constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
 
     /// events: posted whenever takeEvents() has something new.
@@ -38,6 +43,10 @@ class Voice {
     // --- decode side ----------------------------------------------------------------------------
     /// Returns the frames taken; the rest waits until waitForSpace() comes back.
     std::size_t write(const float* samples, std::size_t frames);
+    /// As write(), and whatever the ring holds is silence too.
+    std::size_t writeSilence(std::size_t frames);
+    /// The decoder may come late.
+    void setUnheard(bool isUnheard) { m_isUnheard.store(isUnheard); }
     /// Blocks until a good part of the ring (or of what it is kept at) is free, or wakeDecoder().
     void waitForSpace();
     /// The ring is filled with no more than this: changes are heard sooner. 0: with what fits.
@@ -90,6 +99,7 @@ class Voice {
 
   private:
     std::size_t mix(float* out, std::size_t frames);
+    std::size_t passSilence(std::size_t frames);
     void addRamp(const float* samples, std::size_t count, float* out);
     bool isWaitingForRefill();
     bool isWaitingToCatchUp(std::size_t frames);
@@ -109,12 +119,14 @@ class Voice {
     std::atomic<Mode> m_mode{Mode::Stopped};
     std::atomic<bool> m_decoderWaits{false};
     std::atomic<std::uint32_t> m_keptMs{0};
+    std::atomic<bool> m_isUnheard{false};
     std::atomic<bool> m_isCatchingUp{false};
     std::atomic<bool> m_sourceEnded{false};
     std::atomic<bool> m_isStalled{false};
     std::atomic<bool> m_hasEnded{false};
-    std::atomic<std::uint64_t> m_skipTo{0}; ///< ring position before which nothing is heard
-    std::atomic<std::int64_t> m_base{0};    ///< source frame minus ring frame
+    std::atomic<std::uint64_t> m_skipTo{0};   ///< ring position before which nothing is heard
+    std::atomic<std::uint64_t> m_silentTo{0}; ///< ring position before which all is silence
+    std::atomic<std::int64_t> m_base{0};      ///< source frame minus ring frame
     std::atomic<std::uint64_t> m_tagFrame{kNever};
     std::atomic<std::uint32_t> m_events{0};
     std::atomic<std::uint32_t> m_peak{0};     ///< of the last block
