@@ -10,6 +10,7 @@ Usage: bench/first_sound.py [--server] [RUNS [FORMAT...]]"""
 
 import contextlib
 import os
+import signal
 import socket
 import subprocess
 import sys
@@ -68,16 +69,28 @@ def sound_in(pipe):
     return None
 
 
+class TooLong(Exception):
+    pass
+
+
+def raise_too_long(*_):
+    raise TooLong
+
+
 def first_sound(player, url, port, listen):
-    """In ms, from the accept and from the first bytes."""
+    """In ms, from the accept and from the first bytes; none: there was no sound within half a minute."""
     command, env = player
     forwarder = Forwarder(port)
     address = url.replace(f":{port}/", f":{forwarder.port}/")
-    with listen(lambda: subprocess.Popen([part.replace("URL", address) for part in command], env=env, **QUIET)) as pipe:
+    at = None
+    signal.alarm(30)
+    with contextlib.suppress(TooLong), listen(
+            lambda: subprocess.Popen([part.replace("URL", address) for part in command], env=env, **QUIET)) as pipe:
         at = sound_in(pipe)
+    signal.alarm(0)
     forwarder.listener.close()
     if at is None:
-        sys.exit(f"{command[0]} gave no sound of {url}")
+        return None
     return [(at - begin) * 1000 for begin in (forwarder.accepted, forwarder.answered)]
 
 
@@ -132,6 +145,7 @@ def players(folder, more, output):
 
 def main():
     need_build()
+    signal.signal(signal.SIGALRM, raise_too_long)
     arguments = sys.argv[1:]
     has_server = "--server" in arguments
     if has_server:
@@ -148,8 +162,13 @@ def main():
             for _ in range(runs):
                 for who, player in output.players.items():
                     times.setdefault(who, []).append(first_sound(player, url, port, output.listen))
+            for who, runs_of in times.items():
+                if None in runs_of:
+                    print(f"{name:5} {who} gave no sound in {runs_of.count(None)} of {runs} runs")
+            if None in times["wavelark"]:
+                sys.exit(1)
             for n, begin in enumerate(["accept", "first bytes"]):
-                of = {who: median([pair[n] for pair in pairs]) for who, pairs in times.items()}
+                of = {who: median([pair[n] for pair in pairs if pair]) for who, pairs in times.items()}
                 print(f"{name:5} {begin} to first sound, median of {runs}: "
                       + ", ".join(f"{who} {value:.0f} ms" for who, value in of.items())
                       + f"; ratio to the fastest other {of['wavelark'] / min(of['mpv'], of['ffplay']):.2f}", flush=True)
