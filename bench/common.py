@@ -134,6 +134,12 @@ class SoundServer:
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
+def arguments_and_flag(flag):
+    """The command line without the flag, and whether it was there."""
+    arguments = sys.argv[1:]
+    return [argument for argument in arguments if argument != flag], flag in arguments
+
+
 def median(values):
     return statistics.median(values)
 

@@ -18,7 +18,7 @@ import tempfile
 import threading
 import time
 
-from common import PROGRAM, QUIET, SoundServer, environment, median, need_build
+from common import PROGRAM, QUIET, SoundServer, arguments_and_flag, environment, median, need_build
 from radio import Radio, Segments
 
 FORMATS = ["mp3", "aac", "opus", "hls"]
@@ -146,10 +146,7 @@ def players(folder, more, output):
 def main():
     need_build()
     signal.signal(signal.SIGALRM, raise_too_long)
-    arguments = sys.argv[1:]
-    has_server = "--server" in arguments
-    if has_server:
-        arguments.remove("--server")
+    arguments, has_server = arguments_and_flag("--server")
     runs = int(arguments[0]) if arguments else 10
     names = arguments[1:] or FORMATS
     with Radio([name for name in names if name != "hls"]) as radio, Segments() as segments, \

@@ -9,7 +9,7 @@ import os
 import sys
 import tempfile
 
-from common import PROGRAM, Cost, SoundServer, environment, need_build
+from common import PROGRAM, Cost, SoundServer, arguments_and_flag, environment, need_build
 from radio import Radio, Segments
 
 FORMATS = ["mp3", "aac", "opus", "hls"]
@@ -29,10 +29,7 @@ def players(name, url, folder, server):
 
 def main():
     need_build()
-    arguments = sys.argv[1:]
-    has_server = "--server" in arguments
-    if has_server:
-        arguments.remove("--server")
+    arguments, has_server = arguments_and_flag("--server")
     seconds = int(arguments[0]) if arguments else 60
     runs = int(arguments[1]) if len(arguments) > 1 else 3
     names = arguments[2:] or FORMATS

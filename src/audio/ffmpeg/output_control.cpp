@@ -109,7 +109,9 @@ void OutputControl::run() {
             m_changed.wait_for(lock, m_sdlOutput != nullptr ? kWatchEvery : kRetryFirst, isCalled);
         if (m_isStopping)
             return;
-        if (std::exchange(m_isWoken, false)) {
+        // what was turned up just before it counted as muted has called nobody
+        const bool isHeardAgain = m_isMuted && !m_mixer.isSilent();
+        if (std::exchange(m_isWoken, false) || isHeardAgain) {
             m_isAsleep = m_isMuted = false;
             lock.unlock();
             const std::lock_guard device(m_deviceMutex);
