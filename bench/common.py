@@ -66,6 +66,13 @@ def environment(data, **more):
     return result
 
 
+def put_settings(folder, lines):
+    """The settings of a program whose data is in this folder."""
+    path = pathlib.Path(folder, "Brindlecove", "Wavelark.ini")
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text(lines)
+
+
 def ticks(pid):
     fields = pathlib.Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()
     return int(fields[11]) + int(fields[12])

@@ -29,19 +29,13 @@ def players(url, plain, shaped):
     return result
 
 
-def put_settings(folder):
-    path = pathlib.Path(folder, "Brindlecove", "Wavelark.ini")
-    path.parent.mkdir()
-    path.write_text(EFFECTS)
-
-
 def main():
     need_build()
     seconds = int(sys.argv[1]) if len(sys.argv) > 1 else 60
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     cost = Cost()
     with Radio(["mp3"]) as radio, tempfile.TemporaryDirectory() as plain, tempfile.TemporaryDirectory() as shaped:
-        put_settings(shaped)
+        put_settings(shaped, EFFECTS)
         for _ in range(runs):
             cost.measure(players(radio.url("mp3"), plain, shaped), seconds)
     for name in cost.cpu:

@@ -2,7 +2,8 @@
 """kill -9 at random moments of recordings of a real Icecast, each format in turn: files that do not decode, and what had
 been received and is not in the file. A second listener of each mount writes down when what came. What counts is how long
 ago the first missing byte had come; in Ogg the first missing page's last byte, for nobody can keep a page that the server
-has not finished. Usage: bench/recording_kill.py [KILLS [AT_ONCE [MOUNT...]]]"""
+has not finished. And kills of recordings that are encoded on the way, named by what they become; there the age of the
+newest write counts. Usage: bench/recording_kill.py [KILLS [AT_ONCE [MOUNT|ENCODER...]]]"""
 
 import bisect
 import random
@@ -14,10 +15,12 @@ import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
 
-from common import PROGRAM, environment, need_build, wait_for
+from common import PROGRAM, environment, need_build, put_settings, wait_for
 from radio import FORMATS, Radio, decoded, recorded_files
 
 OGG_HEADER = 27
+ENCODERS = {"to-mp3": 1, "to-wma": 2, "to-ogg": 4, "to-flac": 6, "to-aac": 8, "to-oga": 10}
+ENCODED_MOUNT = "mp3"
 TAIL = 48  # bytes of noise that are found again
 
 
@@ -86,23 +89,32 @@ def fault_of(path):
     return "" if samples and not said else f"{path.name} ({path.stat().st_size} bytes): {said[:80] or 'silent'}"
 
 
+def newest_write(files, killed):
+    return killed - max(path.stat().st_mtime for path in files)
+
+
 def kill_once(radio, witness, name, moment):
     with tempfile.TemporaryDirectory() as folder:
-        process = subprocess.Popen([str(PROGRAM), f"/url={radio.url(name)}", "/name=Bench", "/action=Record (Split)"],
+        if name in ENCODERS:
+            put_settings(folder, f"[General]\nEncodingStreamType={ENCODERS[name]}\nEncodingBitrate=192\n")
+        url = radio.url(ENCODED_MOUNT if name in ENCODERS else name)
+        process = subprocess.Popen([str(PROGRAM), f"/url={url}", "/name=Bench", "/action=Record (Split)"],
                                    env=environment(folder), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_for(lambda: recorded_files(folder), f"nothing is recorded of {name}", 60)
         time.sleep(moment)
         process.kill()
-        killed = time.monotonic()
+        killed, killed_at = time.monotonic(), time.time()
         process.wait()
         files = recorded_files(folder)
+        age = newest_write(files, killed_at) if name in ENCODERS else witness.missing_since(files, killed)
         broken = [fault for fault in map(fault_of, files) if fault]
-        return name, witness.missing_since(files, killed), broken
+        return name, age, broken
 
 
 def print_ages(name, ages):
     ages = sorted(ages)
-    print(f"{name:8} kills {len(ages):3}, the first missing byte had come so long before (s): median "
+    what = "newest write was" if name in ENCODERS else "what counts lay" if name == "all" else "first missing byte came"
+    print(f"{name:8} kills {len(ages):3}, {what} so long before (s): median "
           f"{ages[len(ages) // 2]:.2f}, 95 % {ages[len(ages) * 95 // 100]:.2f}, most {ages[-1]:.2f}")
 
 
@@ -111,12 +123,13 @@ def main():
     kills = int(sys.argv[1]) if len(sys.argv) > 1 else 200
     at_once = int(sys.argv[2]) if len(sys.argv) > 2 else 6
     dice = random.Random(1)
-    names = sys.argv[3:] or list(FORMATS)
-    with Radio(names, seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
-        witnesses = {name: Witness(radio, name) for name in names}
+    names = sys.argv[3:] or [*FORMATS, *ENCODERS]
+    mounts = {ENCODED_MOUNT if name in ENCODERS else name for name in names}
+    with Radio(list(mounts), seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
+        witnesses = {name: Witness(radio, name) for name in names if name not in ENCODERS}
         time.sleep(2)
         order = [names[n % len(names)] for n in range(kills)]
-        jobs = [pool.submit(kill_once, radio, witnesses[name], name, dice.uniform(0.2, 5)) for name in order]
+        jobs = [pool.submit(kill_once, radio, witnesses.get(name), name, dice.uniform(0.2, 5)) for name in order]
         results = [job.result() for job in jobs]
     broken = [(name, files) for name, _, files in results if files]
     print(f"kills {kills}, with a file that does not decode {len(broken)} {broken[:5]}")

@@ -298,31 +298,6 @@ QString encoderExtension(int encoder, bool isDotted) {
     return isDotted ? QLatin1Char('.') + name() : name();
 }
 
-bool isEncoderOutput(int encoder, const QByteArray& bytes) {
-    constexpr int kSyncByte = 0xFF;
-    constexpr int kSyncBits = 0xE0; // of the second byte: eleven bits of one in all
-    const auto byte = [&bytes](int at) {
-        return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
-    };
-    const bool isFrame = byte(0) == kSyncByte && (byte(1) & kSyncBits) == kSyncBits;
-    switch (encoder) {
-    case EncoderMp3:
-        return isFrame || bytes.startsWith("ID3");
-    case EncoderWma:
-        return bytes.startsWith("\x30\x26\xB2\x75");
-    case EncoderOgg:
-    case EncoderFlacOgg:
-        return bytes.startsWith("OggS");
-    case EncoderFlac:
-        return bytes.startsWith("fLaC");
-    case EncoderAacPlus:
-    case EncoderAac: // ADTS, ADIF or MP4
-        return isFrame || bytes.startsWith("ADIF") || bytes.mid(4, 4) == "ftyp";
-    default:
-        return true;
-    }
-}
-
 QString externalArguments(int encoder, const ExternalEncoding& encoding) {
     const int rate = encoding.sampleRate > 0 ? encoding.sampleRate : kSampleRate;
     const int channels = encoding.channels > 0 ? encoding.channels : kChannels;

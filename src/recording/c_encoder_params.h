@@ -69,9 +69,6 @@ QString encoderProgram(int encoder);
 /// AAC, deliberately. `isDotted`: with a leading ".".
 QString encoderExtension(int encoder, bool isDotted);
 
-/// False where a file's first bytes cannot be what the encoder of this code gives out.
-bool isEncoderOutput(int encoder, const QByteArray& bytes);
-
 /// What an external encoder is told; it reads 16-bit PCM from its standard input.
 struct ExternalEncoding {
     int sampleRate = 0; ///< of the stream, Hz; 0: not known

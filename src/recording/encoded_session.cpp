@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "recording/c_encoder_params.h"
+#include "recording/encoder_output.h"
 #include "recording/recording_path.h"
 
 #include <QCoreApplication>
@@ -38,40 +39,42 @@ void EncodedSession::beginFile(quint32 encoder, const Song& song) {
     File& file = m_files[encoder];
     if (file.recording.isOpen())
         return;
+    if (!file.isNamed) {
+        file.started = m_clock.now();
+        file.startedAt = m_clock.steady();
+    }
     file.song = song;
     file.isNamed = true;
-    const QByteArray waiting = std::exchange(file.waiting, {});
-    if (!waiting.isEmpty())
-        append(encoder, waiting);
+    openIfReady(file, false);
 }
 
 void EncodedSession::append(quint32 encoder, const QByteArray& bytes) {
     if (m_isOver)
         return;
     File& file = m_files[encoder];
-    if (!file.isNamed) {
+    if (!file.recording.isOpen()) {
         file.waiting += bytes;
+        openIfReady(file, false);
         return;
     }
-    if (!file.recording.isOpen() && isAudio(bytes))
-        open(file);
-    if (m_isOver)
-        return;
     file.recording.append(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                           static_cast<std::size_t>(bytes.size()));
     check(file);
 }
 
 /// An external program may write anything. What no player could open makes no file.
-bool EncodedSession::isAudio(const QByteArray& bytes) {
-    if (isEncoderOutput(m_options.encoder, bytes))
-        return true;
-    fail(
-        {RecordingErrorKind::EncoderStopped,
-         recordingErrorText(RecordingErrorKind::EncoderStopped),
-         QCoreApplication::translate("BASS::EncodedSession",
-                                     "What the encoder gives out is not the audio it should be.")});
-    return false;
+void EncodedSession::openIfReady(File& file, bool isEnd) {
+    if (!file.isNamed || file.waiting.isEmpty())
+        return;
+    const EncoderOutput output = encoderOutput(m_options.encoder, file.waiting, isEnd);
+    if (output == EncoderOutput::Foreign)
+        fail({RecordingErrorKind::EncoderStopped,
+              recordingErrorText(RecordingErrorKind::EncoderStopped),
+              QCoreApplication::translate(
+                  "BASS::EncodedSession",
+                  "What the encoder gives out is not the audio it should be.")});
+    if (output == EncoderOutput::Audio)
+        open(file);
 }
 
 void EncodedSession::open(File& file) {
@@ -79,8 +82,6 @@ void EncodedSession::open(File& file) {
         fail(*full);
         return;
     }
-    file.started = m_clock.now();
-    file.startedAt = m_clock.steady();
     const QString own = m_paths.isEmpty() ? QString() : m_paths.last();
     const QString extension = encoderExtension(m_options.encoder, false);
     const bool isOpen =
@@ -97,24 +98,45 @@ void EncodedSession::open(File& file) {
     m_listener.fileOpened(path, file.song);
     if (!file.song.isEmpty())
         m_listener.titleRecorded(m_log.tracks.last());
+    for (SessionLog::Track& track : file.titles) {
+        track.path = path;
+        addTitle(track);
+    }
+    for (RecordingGap& gap : m_log.gaps)
+        gap.path = gap.path.isEmpty() ? path : gap.path; // before the file was there
     m_listener.logChanged(m_log);
+    const QByteArray waiting = std::exchange(file.waiting, {});
+    file.recording.append(reinterpret_cast<const std::uint8_t*>(waiting.constData()),
+                          static_cast<std::size_t>(waiting.size()));
+    check(file);
+}
+
+void EncodedSession::addTitle(const SessionLog::Track& track) {
+    m_log.tracks.append(track);
+    m_listener.titleRecorded(track);
 }
 
 void EncodedSession::rewrite(quint32 encoder, qint64 offset, const QByteArray& bytes) {
     const auto found = m_files.find(encoder);
-    if (m_isOver || found == m_files.end() || !found->second.recording.isOpen())
+    if (m_isOver || found == m_files.end())
         return;
-    found->second.recording.rewrite(offset,
-                                    reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                                    static_cast<std::size_t>(bytes.size()));
-    check(found->second);
+    File& file = found->second;
+    if (!file.recording.isOpen()) {
+        if (offset >= 0 && offset + bytes.size() <= file.waiting.size())
+            file.waiting.replace(static_cast<int>(offset), bytes.size(), bytes);
+        return;
+    }
+    file.recording.rewrite(offset,
+                           reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                           static_cast<std::size_t>(bytes.size()));
+    check(file);
 }
 
 void EncodedSession::endFile(quint32 encoder, bool hasFailed) {
     const auto found = m_files.find(encoder);
     if (found != m_files.end()) {
-        closeFile(found->second);
-        m_files.erase(found);
+        auto file = m_files.extract(found); // a failure to write closes all the others
+        closeFile(file.mapped());
     }
     if (hasFailed)
         fail({RecordingErrorKind::EncoderStopped,
@@ -124,6 +146,8 @@ void EncodedSession::endFile(quint32 encoder, bool hasFailed) {
 }
 
 void EncodedSession::closeFile(File& file) {
+    if (!file.recording.isOpen() && !file.recording.failure())
+        openIfReady(file, true); // a song shorter than it takes to tell
     if (!file.recording.isOpen())
         return;
     file.recording.flush();
@@ -169,12 +193,16 @@ void EncodedSession::tellSeconds(quint32 encoder, double seconds) {
 }
 
 void EncodedSession::noteTitle(const Song& song, double seconds) {
-    const File* const file = newestOpen();
+    File* const file = newestNamed();
     if (m_isOver || file == nullptr)
         return;
     const auto at = seconds < 0 ? duration(*file) : inMilliseconds(seconds);
-    m_log.tracks.append({song, m_clock.now(), file->recording.path(), at});
-    m_listener.titleRecorded(m_log.tracks.last());
+    const SessionLog::Track track{song, m_clock.now(), file->recording.path(), at};
+    if (!file->recording.isOpen()) {
+        file->titles.append(track);
+        return;
+    }
+    addTitle(track);
     m_listener.logChanged(m_log);
 }
 
@@ -184,7 +212,7 @@ void EncodedSession::connectionLost() {
 
 void EncodedSession::connectionBack() {
     const QDateTime from = std::exchange(m_lostAt, {});
-    File* const file = newestOpen();
+    File* const file = newestNamed();
     if (!from.isValid() || file == nullptr)
         return;
     m_log.gaps.append(
@@ -231,9 +259,9 @@ std::chrono::milliseconds EncodedSession::duration(const File& file) const {
     return m_clock.steady() - file.startedAt;
 }
 
-EncodedSession::File* EncodedSession::newestOpen() {
+EncodedSession::File* EncodedSession::newestNamed() {
     for (auto file = m_files.rbegin(); file != m_files.rend(); ++file) {
-        if (file->second.recording.isOpen())
+        if (file->second.isNamed)
             return &file->second;
     }
     return nullptr;

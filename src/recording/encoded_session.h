@@ -11,7 +11,7 @@
 namespace BASS {
 
 /// One recording whose files are made by encoders, one encoder a file: takes the encoders' bytes
-/// and writes them.
+/// and writes them. A file is there from its first audio on: headers alone would not play.
 ///
 /// *Thread*: the recorder's writer thread; blocks on disk. *Owner*: the recorder; clock and
 /// listener outlive it. *Life*: files begin and end in any order and may overlap; after finish() it
@@ -33,8 +33,8 @@ class EncodedSession final : public WriterSession {
     void endFile(quint32 encoder, bool hasFailed);
     /// Seconds of audio that the encoder has been given; never told: the clock counts.
     void tellSeconds(quint32 encoder, double seconds);
-    /// A title inside the file that goes on. `seconds`: of the file's audio before it; negative:
-    /// all that there is.
+    /// A title inside the newest file. `seconds`: of the file's audio before it; negative: all that
+    /// there is.
     void noteTitle(const Song& song, double seconds);
     void connectionLost();
     void connectionBack();
@@ -52,18 +52,21 @@ class EncodedSession final : public WriterSession {
         CRecording recording;
         Song song;
         bool isNamed = false;
-        QByteArray waiting; ///< came before the name
+        QByteArray waiting;                ///< came before the name or the first audio
+        QVector<SessionLog::Track> titles; ///< noted before the file was there
         QDateTime started;
         std::chrono::milliseconds startedAt{0};
         std::optional<std::chrono::milliseconds> encoded; ///< nothing: not told
     };
 
+    /// Begins to write, where the file has a name and audio.
+    void openIfReady(File& file, bool isEnd);
     void open(File& file);
+    void addTitle(const SessionLog::Track& track);
     void closeFile(File& file);
     void check(const File& file);
-    bool isAudio(const QByteArray& bytes);
     [[nodiscard]] std::chrono::milliseconds duration(const File& file) const;
-    File* newestOpen();
+    File* newestNamed();
 
     RecordingOptions m_options;
     const Clock& m_clock;

@@ -207,25 +207,3 @@ TEST(EncoderArguments, WmaTakesTheNearestRateOnOffer) {
     EXPECT_EQ(nearestRate(nullptr, 1), 0U);
     EXPECT_EQ(nearestRate(rates + 3, 1), 0U);
 }
-
-TEST(EncoderTables, RubbishIsNoOutput) {
-    const struct {
-        int encoder;
-        QByteArray good;
-    } cases[] = {{EncoderMp3, "\xFF\xFB\x90\x64"},
-                 {EncoderMp3, "ID3\x04"},
-                 {EncoderWma, "\x30\x26\xB2\x75"},
-                 {EncoderAacPlus, "\xFF\xF1\x50\x80"},
-                 {EncoderAac,
-                  QByteArray("\0\0\0\x1C"
-                             "ftypM4A ",
-                             12)},
-                 {EncoderOgg, "OggS"},
-                 {EncoderFlac, "fLaC"},
-                 {EncoderFlacOgg, "OggS"}};
-    for (const auto& c : cases) {
-        EXPECT_TRUE(isEncoderOutput(c.encoder, c.good)) << c.encoder;
-        for (const char* const rubbish : {"Usage: lame [options]", "\xFF", "", "RIFF"})
-            EXPECT_FALSE(isEncoderOutput(c.encoder, rubbish)) << c.encoder << rubbish;
-    }
-}
