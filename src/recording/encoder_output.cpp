@@ -70,12 +70,33 @@ bool hasMp4Data(const QByteArray& bytes) {
     return false;
 }
 
+/// A whole page on which audio ends; header pages tell no time (RFC 3533, section 6; the mappings
+/// of Vorbis, Opus and FLAC).
+bool hasOggAudio(const QByteArray& bytes) {
+    constexpr int kTimeAt = 6;
+    constexpr int kSegmentsAt = 26;
+    int at = 0;
+    while (at + kSegmentsAt < bytes.size() && bytes.mid(at, 4) == "OggS") {
+        const auto time = qFromLittleEndian<qint64>(bytes.constData() + at + kTimeAt);
+        const int segments = static_cast<unsigned char>(bytes[at + kSegmentsAt]);
+        const QByteArray lengths = bytes.mid(at + kSegmentsAt + 1, segments);
+        at += kSegmentsAt + 1 + segments;
+        for (const char length : lengths)
+            at += static_cast<unsigned char>(length);
+        if (time > 0 && at <= bytes.size())
+            return true;
+    }
+    return false;
+}
+
 bool hasAudio(const QByteArray& bytes, bool isEnd) {
     const auto format = detectFormat(bytes, isEnd);
     if (!format)
         return false;
     if (*format == StreamFormat::Asf)
         return hasAsfPacket(bytes);
+    if (*format == StreamFormat::Ogg)
+        return hasOggAudio(bytes);
     if (*format == StreamFormat::Mp4)
         return hasMp4Data(bytes);
     if (*format == StreamFormat::Unknown) // no chain of frames; ADIF has none

@@ -139,6 +139,17 @@ BufferStart planBufferStart(const RecordingBuffer& buffer, const Song& running, 
     return startAt(buffer, *all[static_cast<std::size_t>(at)]);
 }
 
+Song openingSong(const RecordingBuffer& buffer, qint64 position) {
+    bool isStart = false;
+    for (const RecordingBuffer::Mark& mark : buffer.marks()) {
+        if (mark.event != RecordingBuffer::Event::Title)
+            isStart = mark.isStart && mark.position == position;
+        else if (isStart)
+            return mark.position - position <= kFirstTitleBytes ? mark.song : Song();
+    }
+    return {};
+}
+
 std::optional<BufferStart> planLastTitle(const RecordingBuffer& buffer, const Song& running) {
     const auto all = titles(buffer);
     const int at = runningTitle(all, running);

@@ -76,6 +76,12 @@ struct BufferStart {
 /// oldest byte.
 BufferStart planBufferStart(const RecordingBuffer& buffer, const Song& running, bool isWhole);
 
+/// The first title block of a connection names what runs already; it comes within so many bytes.
+constexpr qint64 kFirstTitleBytes = 65536;
+
+/// What a connection that begins at this place says first; empty: none begins there.
+Song openingSong(const RecordingBuffer& buffer, qint64 position);
+
 /// The title before the running one, where the buffer holds it from its beginning to its end.
 std::optional<BufferStart> planLastTitle(const RecordingBuffer& buffer, const Song& running);
 

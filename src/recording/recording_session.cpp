@@ -3,6 +3,7 @@
 #include "base/log.h"
 #include "recording/m4a_cut_writer.h"
 #include "recording/ogg_link.h"
+#include "recording/recording_buffer.h"
 #include "recording/recording_path.h"
 #include "recording/stream_format.h"
 
@@ -16,8 +17,6 @@
 namespace BASS {
 namespace {
 
-/// The first title block of a connection names what runs already; it comes within so many bytes.
-constexpr qint64 kFirstTitleBytes = 65536;
 constexpr std::chrono::milliseconds kLeastLead{200};
 
 bool canBeCut(StreamFormat format) {

@@ -113,6 +113,8 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     const bool hasBuffer = m_private->hasBuffer();
     if (hasBuffer) {
         item.from = planBufferStart(*m_private->buffer, song, options.mode == RecordMode::NoSplit);
+        if (!openingSong(*m_private->buffer, item.from.position).isEmpty())
+            item.song = {}; // the running one is not what ran then
         item.buffer = std::move(m_private->buffer);
         if (m_private->isConnected)
             item.live = m_private->joinItem();
@@ -161,11 +163,17 @@ StreamRecorder::Private::pastStream(const Song& song, bool isWhole, qint64 decod
         if (from.awaited && mark.song.track == from.awaited->track) // the newest of that name
             past.begin = mark.position + shift;
     }
+    const Song opening = openingSong(*buffer, past.begin - shift);
+    if (!opening.isEmpty())
+        past.song = opening;
     for (const RecordingBuffer::Mark* const mark : titles) {
         if (mark->position + shift <= past.begin) {
             past.song = mark->song;
             continue;
         }
+        const bool isTold = past.titles.empty() && mark->song.track == opening.track;
+        if (isTold && !opening.isEmpty())
+            continue;
         past.titles.push_back(mark->song);
         past.titles.back().position = mark->position - connectionStart;
     }

@@ -140,6 +140,29 @@ TEST(RecordingBuffer, WithoutSplittingAllOfItComesFirst) {
     EXPECT_TRUE(rig.joined() == stream);
 }
 
+TEST(RecordingBuffer, ItsFirstTitleNamesWhatBeginsWithTheConnection) {
+    const QByteArray stream = mp3();
+    const std::vector<Title> titles = {{1024, QStringLiteral("First")},
+                                       {90000, QStringLiteral("Running")}};
+    for (const bool isEncoded : {false, true}) {
+        BufferedRig rig(stream.left(120000), titles);
+        rig.options.mode = RecordMode::NoSplit;
+        rig.options.patternNoSplit = QStringLiteral("%track%");
+        if (isEncoded) {
+            const auto past = rig.recorder.startEncoded(rig.options, song("Running"), 0);
+            EXPECT_EQ(past.song.track, QStringLiteral("First"));
+            ASSERT_EQ(past.titles.size(), 1U);
+            EXPECT_EQ(past.titles[0].track, QStringLiteral("Running"));
+        } else {
+            rig.start(QStringLiteral("Running"));
+            rig.feedPart(stream.mid(120000));
+        }
+        rig.stop();
+        EXPECT_EQ(rig.names(),
+                  isEncoded ? QStringList() : QStringList(QStringLiteral("First.mp3")));
+    }
+}
+
 TEST(RecordingBuffer, FlacAndOggBeginInTheMiddle) {
     const char* const encoders[] = {
         "-c:a flac -f flac", "-c:a flac -f ogg", "-c:a libvorbis -f ogg"};

@@ -7,15 +7,21 @@
 namespace BASS {
 namespace {
 
-constexpr int kHoldMs = 500;
+constexpr std::chrono::milliseconds kHold{500};
 constexpr std::uint64_t kMarkSeconds = 60;
 constexpr std::size_t kChannels = 2;
 
 } // namespace
 
 PcmTap::PcmTap(int rate)
-    : m_holdFrames(static_cast<std::uint64_t>(rate) * kHoldMs / 1000),
-      m_markFrames(static_cast<std::uint64_t>(rate) * kMarkSeconds) {}
+    : m_rate(static_cast<std::uint64_t>(rate)), m_markFrames(m_rate * kMarkSeconds) {
+    setHold(kHold);
+}
+
+void PcmTap::setHold(std::chrono::milliseconds hold) {
+    const std::lock_guard lock(m_mutex);
+    m_holdFrames = m_rate * static_cast<std::uint64_t>(hold.count()) / 1000;
+}
 
 void PcmTap::feed(const float* samples, std::size_t frames, std::uint64_t bytePosition) {
     const std::lock_guard lock(m_mutex);

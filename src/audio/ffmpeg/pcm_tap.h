@@ -3,6 +3,7 @@
 #include "audio/bass_defs.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -14,8 +15,8 @@ namespace BASS {
 
 class Encoder;
 
-/// Where a channel's decoded audio branches off to its encoders: half a second late, so that a cut
-/// can be made at a place just passed. Each encoder gets an unbroken run of frames.
+/// Where a channel's decoded audio branches off to its encoders: a little late, so that a cut can be
+/// made at a place just passed. Each encoder gets an unbroken run of frames.
 ///
 /// *Thread*: feed() on the decode thread, the rest on any; cut() waits for none of the others, for
 /// it comes from the thread that brings the bytes of every stream. *Owner*: the channel.
@@ -29,6 +30,8 @@ class PcmTap {
 
     explicit PcmTap(int rate);
 
+    /// How late; half a second where nothing is said. Before the first frame.
+    void setHold(std::chrono::milliseconds hold);
     [[nodiscard]] bool isUsed() const { return m_isUsed.load(); }
     /// Interleaved stereo; bytePosition: where in the stream it comes from. Copies, never waits.
     void feed(const float* samples, std::size_t frames, std::uint64_t bytePosition);
@@ -96,11 +99,12 @@ class PcmTap {
     std::deque<Line>::iterator lineOf(const Encoder& encoder);
     static std::deque<Stage>::iterator stageOf(Line& line, const Encoder& encoder);
 
-    const std::uint64_t m_holdFrames;
+    const std::uint64_t m_rate;
     const std::uint64_t m_markFrames; ///< how far back places of bytes are known
     std::atomic<bool> m_isUsed{false};
 
     mutable std::mutex m_mutex; ///< guards all below
+    std::uint64_t m_holdFrames = 0;
     std::deque<Line> m_lines;
     std::deque<Chunk> m_chunks;
     std::deque<Mark> m_marks;

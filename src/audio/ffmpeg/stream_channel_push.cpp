@@ -8,6 +8,8 @@ namespace {
 /// So much may wait in front of an encoder; it fails where much more does.
 constexpr std::size_t kQueuedSeconds = 5;
 constexpr std::chrono::milliseconds kRoomCheck{10};
+/// A title is told before the bytes behind it are put.
+constexpr std::chrono::milliseconds kHold{100};
 
 bool isLiveFormat(StreamFormat format) {
     return format != StreamFormat::None && format != StreamFormat::Mp4 &&
@@ -19,6 +21,7 @@ bool isLiveFormat(StreamFormat format) {
 void StreamChannel::openPush(std::uint64_t begin) {
     m_isPushed = true;
     m_pushBegin = begin;
+    m_pcmTap.setHold(kHold);
     m_tap = std::make_shared<StreamTap>(StreamTap::Callbacks{}, StreamTap::kTimeShiftBytes);
     startWorker(m_tap->fifo(), isLiveFormat);
 }
