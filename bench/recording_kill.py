@@ -2,8 +2,8 @@
 """kill -9 at random moments of recordings of a real Icecast, each format in turn: files that do not decode, and what had
 been received and is not in the file. A second listener of each mount writes down when what came. What counts is how long
 ago the first missing byte had come; in Ogg the first missing page's last byte, for nobody can keep a page that the server
-has not finished. And kills of recordings that are encoded on the way, named by what they become; there the age of the
-newest write counts. Usage: bench/recording_kill.py [KILLS [AT_ONCE [MOUNT|ENCODER...]]]"""
+has not finished. And kills of recordings that are encoded on the way, named by what they become; there it counts what has
+come since the newest write. Usage: bench/recording_kill.py [KILLS [AT_ONCE [MOUNT|ENCODER...]]]"""
 
 import bisect
 import random
@@ -67,6 +67,12 @@ class Witness(threading.Thread):
         """When the byte came that ends at this place."""
         return self.times[bisect.bisect_left(self.ends, place)]
 
+    def came_since(self, moment, killed):
+        """How long before the kill the first byte came that came after this moment."""
+        with self.lock:
+            later = [time for time in self.times if moment < time <= killed]
+        return killed - later[0] if later else 0.0
+
     def missing_since(self, files, killed):
         """How long before the kill the first thing had come that is in none of the files."""
         with self.lock:
@@ -89,10 +95,6 @@ def fault_of(path):
     return "" if samples and not said else f"{path.name} ({path.stat().st_size} bytes): {said[:80] or 'silent'}"
 
 
-def newest_write(files, killed):
-    return killed - max(path.stat().st_mtime for path in files)
-
-
 def kill_once(radio, witness, name, moment):
     with tempfile.TemporaryDirectory() as folder:
         if name in ENCODERS:
@@ -103,18 +105,20 @@ def kill_once(radio, witness, name, moment):
         wait_for(lambda: recorded_files(folder), f"nothing is recorded of {name}", 60)
         time.sleep(moment)
         process.kill()
-        killed, killed_at = time.monotonic(), time.time()
+        killed, clock_ahead = time.monotonic(), time.time() - time.monotonic()
         process.wait()
         files = recorded_files(folder)
-        age = newest_write(files, killed_at) if name in ENCODERS else witness.missing_since(files, killed)
+        if name in ENCODERS:
+            age = witness.came_since(max(path.stat().st_mtime for path in files) - clock_ahead, killed)
+        else:
+            age = witness.missing_since(files, killed)
         broken = [fault for fault in map(fault_of, files) if fault]
         return name, age, broken
 
 
 def print_ages(name, ages):
     ages = sorted(ages)
-    what = "newest write was" if name in ENCODERS else "what counts lay" if name == "all" else "first missing byte came"
-    print(f"{name:8} kills {len(ages):3}, {what} so long before (s): median "
+    print(f"{name:8} kills {len(ages):3}, the first byte that was missing had come so long before (s): median "
           f"{ages[len(ages) // 2]:.2f}, 95 % {ages[len(ages) * 95 // 100]:.2f}, most {ages[-1]:.2f}")
 
 
@@ -124,12 +128,12 @@ def main():
     at_once = int(sys.argv[2]) if len(sys.argv) > 2 else 6
     dice = random.Random(1)
     names = sys.argv[3:] or [*FORMATS, *ENCODERS]
-    mounts = {ENCODED_MOUNT if name in ENCODERS else name for name in names}
-    with Radio(list(mounts), seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
-        witnesses = {name: Witness(radio, name) for name in names if name not in ENCODERS}
+    mounts = {name: ENCODED_MOUNT if name in ENCODERS else name for name in names}
+    with Radio(list(set(mounts.values())), seconds=3) as radio, ThreadPoolExecutor(at_once) as pool:
+        witnesses = {mount: Witness(radio, mount) for mount in set(mounts.values())}
         time.sleep(2)
         order = [names[n % len(names)] for n in range(kills)]
-        jobs = [pool.submit(kill_once, radio, witnesses.get(name), name, dice.uniform(0.2, 5)) for name in order]
+        jobs = [pool.submit(kill_once, radio, witnesses[mounts[name]], name, dice.uniform(0.2, 5)) for name in order]
         results = [job.result() for job in jobs]
     broken = [(name, files) for name, _, files in results if files]
     print(f"kills {kills}, with a file that does not decode {len(broken)} {broken[:5]}")
