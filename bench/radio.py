@@ -30,7 +30,8 @@ ICECAST = """<icecast><limits><clients>50</clients><sources>8</sources><burst-si
 </icecast>"""
 
 FORMATS = {
-    "mp3": (["-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0", "-id3v2_version", "0", "-f", "mp3"], "audio/mpeg"),
+    "mp3": (["-ar", "44100", "-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0", "-id3v2_version", "0", "-f", "mp3"],
+            "audio/mpeg"),
     "mp3vbr": (["-c:a", "libmp3lame", "-q:a", "4", "-write_xing", "0", "-id3v2_version", "0", "-f", "mp3"], "audio/mpeg"),
     "aac": (["-c:a", "aac", "-aac_pns", "0", "-b:a", "96k", "-f", "adts"], "audio/aac"),
     "vorbis": (["-c:a", "libvorbis", "-q:a", "3", "-f", "ogg"], "application/ogg"),
@@ -38,6 +39,7 @@ FORMATS = {
     "flac": (["-c:a", "flac", "-f", "ogg"], "application/ogg"),
 }
 TRACKS = 5
+SOURCE_RATE = 48000
 
 
 class Mount:
@@ -47,6 +49,7 @@ class Mount:
         self.port, self.name, self.seconds = port, name, seconds
         self.codec, self.type = FORMATS[name]
         self.is_ogg = self.type == "application/ogg"
+        self.rate = 44100 if "44100" in self.codec else SOURCE_RATE
         self.tracks = [self.encode(n, folder) for n in range(1, TRACKS + 1)]
         self.is_over = False
         self.thread = threading.Thread(target=self.run, daemon=True)
@@ -54,8 +57,8 @@ class Mount:
 
     def encode(self, n, folder):
         path = pathlib.Path(folder, f"{self.name}{n}")
-        source = f"sine=frequency={250 * n}:duration={self.seconds}:sample_rate=48000"
-        noise = f"anoisesrc=amplitude=0.05:duration={self.seconds}:sample_rate=48000:seed={n}"
+        source = f"sine=frequency={250 * n}:duration={self.seconds}:sample_rate={SOURCE_RATE}"
+        noise = f"anoisesrc=amplitude=0.05:duration={self.seconds}:sample_rate={SOURCE_RATE}:seed={n}"
         subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", source, "-f", "lavfi", "-i", noise,
                         "-filter_complex", "amix=inputs=2", "-ac", "2", "-metadata", "artist=Bench",
                         "-metadata", f"title=Song {n}", *self.codec, str(path)], check=True)

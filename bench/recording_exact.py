@@ -79,7 +79,7 @@ def main():
         for name, mount in radio.mounts.items():
             files = recorded_files(pathlib.Path(folder, name))
             samples, wrong, messages = compare(mount, files, folder)
-            print(f"{name:7} files {len(files)}, seconds {samples / 48000:.1f}, decoder messages {messages}, "
+            print(f"{name:7} files {len(files)}, seconds {samples / mount.rate:.1f}, decoder messages {messages}, "
                   f"samples lost or doubled {wrong}", flush=True)
 
 

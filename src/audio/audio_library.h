@@ -136,6 +136,9 @@ class AudioLibrary : public AudioEncoding {
     /// What is heard now, in the tag type's layout; null where there is none. Valid until the next
     /// call with the same handle and type, or the stream is freed.
     virtual const char* ChannelGetTags(DWORD handle, DWORD tags) = 0;
+    /// Sets those of a channel's flags that are in `mask`: BASS_STREAM_AUTOFREE alone. All that it
+    /// has now; ~0 on failure.
+    virtual DWORD ChannelFlags(DWORD handle, DWORD flags, DWORD mask) = 0;
     virtual bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) = 0;
     virtual bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) = 0;
     /// Not of the library's own: shapes the channel's sound from now on, without a click; also what

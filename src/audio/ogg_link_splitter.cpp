@@ -1,5 +1,7 @@
 #include "audio/ogg_link_splitter.h"
 
+#include "audio/stream_sniffer.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -12,6 +14,8 @@ constexpr std::uint8_t kBeginsStream = 2;
 /// Comments may carry a picture; headers beyond this are passed on but not kept.
 constexpr std::size_t kMaxHeaderBytes = 1 << 20;
 constexpr int kUnknownCodecHeaders = 1;
+/// Frames of another format find room in it several times over.
+constexpr std::size_t kForeignBytes = 16384;
 
 const std::uint8_t* findCapture(const std::uint8_t* from, const std::uint8_t* to) {
     constexpr std::uint8_t kCapture[] = {'O', 'g', 'g', 'S'};
@@ -105,7 +109,7 @@ void OggLinkSplitter::takeHeader() {
         if (next == last)
             next = std::max(first, last - 3);
         const auto gone = static_cast<std::size_t>(next - m_header.data());
-        m_sink.bytes(m_header.data(), gone);
+        takeRubbish(m_header.data(), gone);
         m_header.erase(m_header.begin(), m_header.begin() + static_cast<std::ptrdiff_t>(gone));
         if (!m_header.empty() && m_header.size() >= 4)
             takeHeader();
@@ -114,6 +118,8 @@ void OggLinkSplitter::takeHeader() {
     if (m_header.size() < kPageHeader || m_header.size() < kPageHeader + m_header[26])
         return;
 
+    m_rubbish.clear();
+    m_isForeign = false;
     const bool isFirst = (m_header[5] & kBeginsStream) != 0;
     if (isFirst && !m_wasFirstPage)
         beginLink();
@@ -127,6 +133,21 @@ void OggLinkSplitter::takeHeader() {
     m_state = State::Body;
     if (m_bodyLeft == 0)
         pageEnds();
+}
+
+void OggLinkSplitter::takeRubbish(const std::uint8_t* data, std::size_t size) {
+    m_sink.bytes(data, size);
+    if (m_isForeign)
+        return;
+    m_rubbish.insert(m_rubbish.end(), data, data + size);
+    if (m_rubbish.size() < kForeignBytes)
+        return;
+    const SniffResult sniffed = sniffStream(m_rubbish.data(), m_rubbish.size(), false, {});
+    m_isForeign = sniffed.verdict == SniffResult::Verdict::Found ||
+                  sniffed.verdict == SniffResult::Verdict::SkipTag;
+    if (m_isForeign)
+        m_sink.linkBegins();
+    m_rubbish.clear();
 }
 
 void OggLinkSplitter::beginLink() {

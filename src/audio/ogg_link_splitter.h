@@ -9,7 +9,8 @@ namespace BASS {
 
 /// Finds the links of a chained Ogg stream (RFC 3533) and their comments while the bytes pass.
 /// Nothing is changed, added or lost: what goes in comes out through the sink, cut where something
-/// begins. Pure, any chunking, one thread at a time.
+/// begins. A stream that goes over to another format begins a link there, too. Pure, any chunking,
+/// one thread at a time.
 class OggLinkSplitter {
   public:
     class Sink {
@@ -36,6 +37,7 @@ class OggLinkSplitter {
     enum class State { Header, Body };
 
     void takeHeader();
+    void takeRubbish(const std::uint8_t* data, std::size_t size);
     void pageEnds();
     void emitPending();
     void beginLink();
@@ -47,6 +49,8 @@ class OggLinkSplitter {
     std::vector<std::uint8_t> m_header; ///< of the current page, while it is incomplete
     std::vector<std::uint8_t> m_page;   ///< of the current page, while headers are read
     std::size_t m_bodyLeft = 0;
+    std::vector<std::uint8_t> m_rubbish; ///< what is no page, as long as it is not known
+    bool m_isForeign = false;            ///< another format's, and told
     std::vector<std::uint8_t> m_headers; ///< header pages of this link
     std::vector<std::uint8_t> m_packet;
     std::vector<std::uint8_t> m_comments;

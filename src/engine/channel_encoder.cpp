@@ -106,11 +106,19 @@ bool ChannelEncoder::begin(DWORD channel) {
         return false;
     }
     m_holder.setEncoder(std::get<HENCODE>(started));
+    keepChannel(channel);
     if (m_isPaused)
         m_library.Encode_SetPaused(m_holder.encoder(), true);
     nameFile(m_holder.encoder(), m_song);
     m_fileBegan = SystemClock().steady();
     return true;
+}
+
+/// A station may stay away longer than what has come of it is heard: the encoder waits on the
+/// channel, which would free itself, and the encoder with it.
+void ChannelEncoder::keepChannel(DWORD channel) {
+    if (m_push == 0)
+        m_library.ChannelFlags(channel, 0, BASS_STREAM_AUTOFREE);
 }
 
 void ChannelEncoder::nameFile(HENCODE encoder, const Song& song) {
@@ -138,6 +146,7 @@ void ChannelEncoder::setChannel(DWORD channel) {
 
 void ChannelEncoder::moveTo(DWORD channel) {
     m_recorder.feedEncoded([](EncodedSession& files) { files.connectionBack(); }, 0);
+    keepChannel(channel);
     if (!m_library.Encode_SetChannel(m_holder.encoder(), channel))
         qCWarning(lcEngine, "encoder lost its channel error=%d", m_library.ErrorGetCode());
     if (const auto song = std::exchange(m_awaited, std::nullopt))

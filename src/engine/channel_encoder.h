@@ -78,6 +78,7 @@ class ChannelEncoder final : public QObject {
     void moveTo(DWORD channel);
     void takeTitle(const Song& song);
     void cutBefore(const Song& song);
+    void keepChannel(DWORD channel);
     void nameFile(HENCODE encoder, const Song& song);
 
     AudioLibrary& m_library;

@@ -9,9 +9,6 @@ namespace BASS {
 namespace {
 
 constexpr int kChainedHeaders = 3;
-/// Three frames of another format find room in it several times over.
-constexpr int kForeignBytes = 16384;
-constexpr int kForeignBytesAtEnd = 2048;
 
 bool isTag(const std::uint8_t* data) {
     return std::memcmp(data, "ID3", 3) == 0 || std::memcmp(data, "TAG", 3) == 0 ||

@@ -6,6 +6,7 @@
 #include <ogg/ogg.h>
 
 #include <cstring>
+#include <utility>
 
 namespace BASS {
 namespace {
@@ -32,6 +33,7 @@ struct OggSplitter::Private {
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
 
+    void takePages(FrameList& frames);
     void takePage(ogg_page& page, FrameList& frames);
     bool isFirstPage(ogg_page& page);
     void takeHeader(const ogg_packet& packet);
@@ -43,6 +45,7 @@ struct OggSplitter::Private {
     qint64 position; ///< of the next byte that libogg has not given back
     qint64 pagePosition = 0;
     qint64 dropped = 0;
+    QByteArray foreign; ///< dropped since the last page
 
     bool hasStream = false;
     std::unique_ptr<OggLink> opening; ///< while its headers come
@@ -68,20 +71,44 @@ void OggSplitter::push(const char* data, qsizetype size, FrameList& frames) {
         return;
     std::memcpy(buffer, data, static_cast<std::size_t>(size));
     ogg_sync_wrote(&d.sync, static_cast<long>(size));
+    d.takePages(frames);
+}
+
+void OggSplitter::finish(FrameList& frames) {
+    m_private->takePages(frames);
+}
+
+/// Stops at what may be another format, until that has been looked at.
+void OggSplitter::Private::takePages(FrameList& frames) {
+    foreign = foreign.size() < kForeignBytes ? foreign : QByteArray();
     ogg_page page{};
     for (;;) {
-        const long count = ogg_sync_pageseek(&d.sync, &page);
+        const long count = ogg_sync_pageseek(&sync, &page);
         if (count == 0)
             return;
         if (count < 0) {
-            d.position -= count;
-            d.dropped -= count;
+            // libogg has stepped over them and keeps them until more is asked for
+            foreign.append(reinterpret_cast<const char*>(sync.data) + sync.returned + count,
+                           static_cast<int>(-count));
+            position -= count;
+            dropped -= count;
+            if (foreign.size() >= kForeignBytes)
+                return;
             continue;
         }
-        d.pagePosition = d.position;
-        d.position += count;
-        d.takePage(page, frames);
+        foreign.clear();
+        pagePosition = position;
+        position += count;
+        takePage(page, frames);
     }
+}
+
+QByteArray OggSplitter::takeForeign(bool isEnd) {
+    Private& d = *m_private;
+    if (d.foreign.size() < (isEnd ? kForeignBytesAtEnd : kForeignBytes))
+        return {};
+    const char* const rest = reinterpret_cast<const char*>(d.sync.data) + d.sync.returned;
+    return std::exchange(d.foreign, {}) + QByteArray(rest, d.sync.fill - d.sync.returned);
 }
 
 /// True where the page begins a link that is taken.

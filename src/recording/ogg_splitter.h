@@ -17,8 +17,9 @@ class OggSplitter final : public StreamParser {
     ~OggSplitter() override;
 
     void push(const char* data, qsizetype size, FrameList& frames) override;
-    void finish(FrameList&) override {}
+    void finish(FrameList& frames) override;
     [[nodiscard]] qint64 droppedBytes() const override;
+    QByteArray takeForeign(bool isEnd) override;
 
   private:
     struct Private;

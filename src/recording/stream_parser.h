@@ -8,6 +8,11 @@ namespace BASS {
 
 using FrameList = std::vector<AudioFrame>;
 
+/// So much in a row that is none of a format's frames may be another format: three of its frames
+/// find room in it several times over.
+constexpr int kForeignBytes = 16384;
+constexpr int kForeignBytesAtEnd = 2048;
+
 /// Takes the bytes of one connection in any chunking and gives out what may be cut between.
 /// Pure; never throws; memory is bounded whatever the bytes are.
 class StreamParser {

@@ -81,3 +81,18 @@ TEST(OggLinkSplitter, LosesNothingToRubbish) {
         EXPECT_EQ(seen.titles, (std::vector<std::string>{"One", "Two"}));
     }
 }
+
+TEST(OggLinkSplitter, AnotherFormatIsALink) {
+    const std::string one = track(Track::Vorbis, "One").toStdString();
+    const std::string two = track(Track::Opus, "Two").toStdString();
+    const std::string mp3 = track(Track::Mp3).toStdString();
+    const std::string noise(70000, '\x55'); // a long page whose beginning is damaged
+    ASSERT_GT(mp3.size(), 20000U);
+    const Seen seen = split(one + mp3 + two + noise + two, 1000);
+    ASSERT_EQ(seen.links.size(), 4U);
+    EXPECT_GT(seen.links[1], one.size());
+    EXPECT_LT(seen.links[1], one.size() + 20000);
+    EXPECT_EQ(seen.links[2], one.size() + mp3.size());
+    EXPECT_EQ(seen.links[3], one.size() + mp3.size() + two.size() + noise.size());
+    EXPECT_TRUE(seen.out == one + mp3 + two + noise + two);
+}

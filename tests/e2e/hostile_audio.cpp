@@ -79,6 +79,13 @@ void addChanges(std::vector<HostileRow>& rows) {
                          kUntitled + kUntitled,
                          {},
                          4 * kToneSeconds));
+    rows.push_back(
+        plays("Ogg that becomes MP3 and Ogg again",
+              track(Track::Vorbis) + mp3(1) + mp3(2) + mp3(3) + track(Track::Opus, "Third"),
+              "application/ogg",
+              {QStringLiteral("First"), QStringLiteral("First"), QStringLiteral("Third")},
+              {},
+              0));
     rows.push_back(plays("Ogg of changing codecs",
                          track(Track::Vorbis) + track(Track::Opus, "Second") +
                              track(Track::OggFlac, "Third") + track(Track::Vorbis, "Fourth"),

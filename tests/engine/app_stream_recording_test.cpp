@@ -94,6 +94,42 @@ TEST(AppStreamRecording, RecordingAskedForBeforeTheFirstByteIsEncoded) {
     EXPECT_EQ(media::decodeErrors(rig.files[0].path), QString());
 }
 
+/// The station stays away longer than what had come of it is heard.
+TEST(AppStreamRecording, EncodedRecordingGoesOnOverALongOutage) {
+    for (const bool isAskedFirst : {true, false}) {
+        SCOPED_TRACE(isAskedFirst);
+        Rig rig;
+        rig.script.burst = kBytesPerSecond / 2;
+        rig.script.continues = true;
+        rig.script.closeAt = 3 * kBytesPerSecond;
+        rig.m_station.setScript(rig.script);
+        rig.options.encoder = 6;
+        rig.options.mode = RecordMode::NoSplit;
+        if (isAskedFirst)
+            rig.engine->play(BASS::stationFromAddress(rig.m_station.url()));
+        else
+            rig.play();
+        rig.engine->startRecording(rig.options);
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return rig.engine->playState() == PlayState::Reconnecting; }, kLimitMs));
+        rig.m_station.stopListening();
+        QTest::qWait(2500);
+        rig.script.closeAt = -1;
+        rig.m_station.setScript(rig.script);
+        ASSERT_TRUE(rig.m_station.listen());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return rig.engine->playState() == PlayState::Playing; },
+                                    kLimitMs));
+        QTest::qWait(2500);
+        rig.engine->stop();
+        rig.waitForEnd();
+        EXPECT_TRUE(rig.errors.empty());
+        ASSERT_EQ(rig.files.size(), 1U);
+        EXPECT_EQ(media::decodeErrors(rig.files[0].path), QString());
+        EXPECT_GT(media::decodedSeconds(rig.files[0].path), 4.5);
+        EXPECT_TRUE(rig.files[0].comment.contains(QStringLiteral("lost")));
+    }
+}
+
 TEST(AppStreamRecording, MissingEncoderIsTold) {
     Rig rig;
     rig.play();

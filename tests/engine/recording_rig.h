@@ -35,7 +35,6 @@ inline QVector<StationTrack> tones(int count, double seconds, int sampleRate = 4
 class Rig {
   public:
     explicit Rig(int trackCount = 3, double seconds = 4, int sampleRate = 44100) {
-        StationScript script;
         script.tracks = tones(trackCount, seconds, sampleRate);
         script.isLooped = true;
         script.metaint = 1024;
@@ -84,6 +83,7 @@ class Rig {
         ASSERT_TRUE(QTest::qWaitFor([this] { return !engine->isRecording(); }, kLimitMs));
     }
 
+    StationScript script;
     TestStation m_station;
     QTemporaryDir folder;
     BASS::RecordingOptions options;

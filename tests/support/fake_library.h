@@ -160,6 +160,7 @@ class FakeLibrary : public BASS::AudioLibrary {
         effects.emplace_back(handle, settings);
         return true;
     }
+    DWORD ChannelFlags(DWORD, DWORD, DWORD) override { return 0; }
     bool ChannelSlideAttribute(DWORD, DWORD attribute, float value, DWORD time) override {
         slides.push_back({attribute, value, time});
         return true;

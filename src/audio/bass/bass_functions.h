@@ -105,6 +105,8 @@ struct BassFunctions {
         table, BassFile::Core, "BASS_ChannelGetInfo", kNeeded};
     F<const char*(DWORD, DWORD)> ChannelGetTags{
         table, BassFile::Core, "BASS_ChannelGetTags", kNeeded};
+    F<DWORD(DWORD, DWORD flags, DWORD mask)> ChannelFlags{
+        table, BassFile::Core, "BASS_ChannelFlags", BassNeed::Optional, ~DWORD{0}};
     F<int(DWORD, DWORD, float)> ChannelSetAttribute{
         table, BassFile::Core, "BASS_ChannelSetAttribute", kNeeded};
     F<int(DWORD, DWORD, float*)> ChannelGetAttribute{

@@ -80,6 +80,7 @@ class BassLibrary final : public AudioLibrary {
     bool ChannelSetAttribute(DWORD handle, DWORD attribute, float value) override;
     bool ChannelGetAttribute(DWORD handle, DWORD attribute, float* value) override;
     bool ChannelSetEffects(DWORD handle, const EffectSettings& settings) override;
+    DWORD ChannelFlags(DWORD handle, DWORD flags, DWORD mask) override;
     bool ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) override;
     bool ChannelIsSliding(DWORD handle, DWORD attribute) override;
     HSYNC

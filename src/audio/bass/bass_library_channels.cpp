@@ -77,6 +77,10 @@ bool BassLibrary::setEffects(BassStream& stream, void* token, const EffectSettin
     return false;
 }
 
+DWORD BassLibrary::ChannelFlags(DWORD handle, DWORD flags, DWORD mask) {
+    return m_bass.ChannelFlags(handle, flags, mask);
+}
+
 bool BassLibrary::ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) {
     return m_bass.ChannelSlideAttribute(handle, attribute, value, time) != 0;
 }

@@ -247,20 +247,22 @@ bool DecodeWorker::deliver(LinkDecoder::Block& block) {
 
 /// Waits for room where there is none.
 bool DecodeWorker::handOn(const LinkDecoder::Block& block) {
-    const float* samples = block.samples.data();
-    std::size_t left = block.silence + block.samples.size() / Voice::kChannels;
+    const std::size_t frames = block.silence + block.samples.size() / Voice::kChannels;
+    const auto write = [&](std::size_t from) {
+        return block.silence > 0
+                   ? m_voice.writeSilence(frames - from)
+                   : m_voice.write(block.samples.data() + from * Voice::kChannels, frames - from);
+    };
     const auto prebuffer = static_cast<std::size_t>(m_rate) * kPrebufferMs / 1000;
-    for (;;) {
-        const std::size_t done =
-            block.silence > 0 ? m_voice.writeSilence(left) : m_voice.write(samples, left);
-        samples += block.silence > 0 ? 0 : done * Voice::kChannels;
-        left -= done;
-        if (!m_isReady && (left > 0 || m_voice.bufferedFrames() >= prebuffer))
+    for (std::size_t done = 0;;) {
+        done += write(done);
+        const bool isWritten = done == frames;
+        if (!m_isReady && (!isWritten || m_voice.bufferedFrames() >= prebuffer))
             tellReady(BASS_OK);
-        if (left == 0 && !m_voice.isFull())
+        if (isWritten && !m_voice.isFull())
             return true;
         m_voice.waitForSpace();
-        if (left == 0)
+        if (isWritten)
             return true;
         if (m_isStopping.load())
             return false;

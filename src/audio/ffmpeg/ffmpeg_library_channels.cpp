@@ -134,6 +134,11 @@ bool FfmpegLibrary::ChannelSetEffects(DWORD handle, const EffectSettings& settin
     return true;
 }
 
+DWORD FfmpegLibrary::ChannelFlags(DWORD handle, DWORD flags, DWORD mask) {
+    const Channel channel = find(handle);
+    return channel ? channel->setFlags(flags, mask & BASS_STREAM_AUTOFREE) : ~DWORD{0};
+}
+
 bool FfmpegLibrary::ChannelSlideAttribute(DWORD handle, DWORD attribute, float value, DWORD time) {
     const Channel channel = find(handle);
     if (!channel)

@@ -2,15 +2,14 @@
 
 #include "audio/ffmpeg/av_handles.h"
 #include "audio/ffmpeg/held_packets.h"
+#include "audio/ffmpeg/stereo_converter.h"
 #include "audio/frame_header.h"
 #include "base/log.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/channel_layout.h>
 #include <libavutil/opt.h>
-#include <libswresample/swresample.h>
 }
 
 #include <algorithm>
@@ -52,33 +51,10 @@ const char* demuxerName(StreamFormat format) {
     return nullptr;
 }
 
-struct FreeSwr {
-    void operator()(SwrContext* p) const { swr_free(&p); }
-};
-
-/// The shape of decoded frames; the resampler is made anew when it changes.
-struct Shape {
-    int rate = 0;
-    int format = -1;
-    int channels = 0;
-    std::uint64_t mask = 0;
-    bool operator==(const Shape& o) const {
-        return rate == o.rate && format == o.format && channels == o.channels && mask == o.mask;
-    }
-};
-
-Shape shapeOf(const AVFrame& frame) {
-    const auto& layout = frame.ch_layout;
-    return {frame.sample_rate,
-            frame.format,
-            layout.nb_channels,
-            layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
-}
-
 } // namespace
 
 struct LinkDecoder::State {
-    State(int rate, ByteSource from) : outputRate(rate), source(std::move(from)) {}
+    State(int rate, ByteSource from) : outputRate(rate), source(std::move(from)), converter(rate) {}
 
     const int outputRate;
     ByteSource source;
@@ -88,12 +64,10 @@ struct LinkDecoder::State {
     AvMemoryIo io;
     AvInput format;
     AvCodec codec;
-    std::unique_ptr<SwrContext, FreeSwr> swr;
     AvPacket packet{av_packet_alloc()};
     AvFrame frame{av_frame_alloc()};
     AVStream* stream = nullptr;
-    Shape shape;
-    int swrChannels = kOutChannels; ///< mono is doubled here: the resampler would lower it by 3 dB
+    StereoConverter converter;
     ReservoirGate gate;
     bool isGated = false;
     int fadeLeft = 0; ///< frames of fade-in still to do
@@ -107,7 +81,6 @@ struct LinkDecoder::State {
     double skippedRest = 0.0; ///< of a frame, not yet given out
     HeldPackets skipped;
     double dropBefore = -1.0; ///< seconds; after a jump
-    std::vector<float> mono;
     Block block;
     Info info;
     double seconds = 0.0; ///< of decoded packets, with the next one the measured bitrate
@@ -125,9 +98,7 @@ struct LinkDecoder::State {
     std::size_t outputFrames(double length);
     void startFade();
     void takeFrame();
-    bool makeResampler();
-    void resample(const AVFrame* in);
-    void append(const float* samples, int frames);
+    void describe();
     void fadeIn(std::size_t from);
     void measure(const AVPacket& in);
 };
@@ -244,7 +215,7 @@ LinkDecoder::Step LinkDecoder::State::readPacket() {
     if (result == AVERROR_EOF || (result < 0 && avio_feof(io.get()) != 0)) {
         isDraining = true;
         decode(nullptr);
-        resample(nullptr);
+        converter.drain(block.samples);
         return block.samples.empty() ? Step::End : Step::Audio;
     }
     if (result < 0)
@@ -292,7 +263,7 @@ void LinkDecoder::State::startFade() {
 
 void LinkDecoder::skip() {
     State& s = *m_state;
-    if (s.swr && s.skipped.isEmpty())
+    if (s.converter.isReady() && s.skipped.isEmpty())
         s.isSkipping = true;
 }
 
@@ -354,80 +325,24 @@ void LinkDecoder::State::takeFrame() {
             return;
         dropBefore = -1.0;
     }
-    const Shape now = shapeOf(*frame);
-    if (!(now == shape)) {
-        resample(nullptr); // the old one's rest
-        shape = now;
-        if (!makeResampler())
-            return;
-    }
-    if (swr)
-        resample(frame.get());
+    const std::size_t from = block.samples.size();
+    converter.convert(*frame, block.samples);
+    if (fadeLeft > 0)
+        fadeIn(from);
+    describe();
 }
 
-bool LinkDecoder::State::makeResampler() {
-    swr.reset();
-    AVChannelLayout in{};
-    if (shape.mask != 0)
-        av_channel_layout_from_mask(&in, shape.mask);
-    else
-        av_channel_layout_default(&in, shape.channels);
-    swrChannels = std::min(shape.channels, kOutChannels);
-    AVChannelLayout out{};
-    av_channel_layout_default(&out, swrChannels);
-    SwrContext* context = nullptr;
-    const int result = swr_alloc_set_opts2(&context,
-                                           &out,
-                                           AV_SAMPLE_FMT_FLT,
-                                           outputRate,
-                                           &in,
-                                           static_cast<AVSampleFormat>(shape.format),
-                                           shape.rate,
-                                           0,
-                                           nullptr);
-    swr.reset(context);
-    if (result < 0 || swr_init(swr.get()) < 0) {
-        qCWarning(lcAudio, "no resampler rate=%d channels=%d", shape.rate, shape.channels);
-        swr.reset();
-        return false;
-    }
-    info.sampleRate = shape.rate;
-    info.channels = shape.channels;
+void LinkDecoder::State::describe() {
+    if (!converter.isReady())
+        return;
+    if (info.sampleRate == converter.sampleRate() && info.channels == converter.channels())
+        return;
+    info.sampleRate = converter.sampleRate();
+    info.channels = converter.channels();
     info.bits = codec->bits_per_raw_sample > 0 ? codec->bits_per_raw_sample
                                                : av_get_bits_per_sample(codec->codec_id);
     info.isFloat =
         codec->codec_id == AV_CODEC_ID_PCM_F32LE || codec->codec_id == AV_CODEC_ID_PCM_F64LE;
-    return true;
-}
-
-void LinkDecoder::State::resample(const AVFrame* in) {
-    if (!swr)
-        return;
-    const int inFrames = in != nullptr ? in->nb_samples : 0;
-    const int most = swr_get_out_samples(swr.get(), inFrames);
-    if (most <= 0)
-        return;
-    mono.resize(static_cast<std::size_t>(most) * static_cast<std::size_t>(swrChannels));
-    auto* out = reinterpret_cast<std::uint8_t*>(mono.data());
-    auto** const planes = in != nullptr ? in->extended_data : nullptr;
-    const int got =
-        swr_convert(swr.get(), &out, most, const_cast<const std::uint8_t**>(planes), inFrames);
-    if (got > 0)
-        append(mono.data(), got);
-}
-
-void LinkDecoder::State::append(const float* samples, int frames) {
-    const std::size_t from = block.samples.size();
-    const auto count = static_cast<std::size_t>(frames);
-    if (swrChannels == kOutChannels) {
-        block.samples.insert(block.samples.end(), samples, samples + count * kOutChannels);
-    } else {
-        block.samples.resize(from + count * kOutChannels);
-        for (std::size_t n = 0; n < count; ++n)
-            block.samples[from + 2 * n] = block.samples[from + 2 * n + 1] = samples[n];
-    }
-    if (fadeLeft > 0)
-        fadeIn(from);
 }
 
 void LinkDecoder::State::fadeIn(std::size_t from) {
@@ -498,8 +413,7 @@ bool LinkDecoder::seek(double seconds) {
     if (av_seek_frame(s.format.get(), s.stream->index, target, AVSEEK_FLAG_BACKWARD) < 0)
         return false;
     avcodec_flush_buffers(s.codec.get());
-    s.swr.reset();
-    s.shape = {};
+    s.converter.reset();
     s.gate.reset();
     s.isDraining = false;
     s.dropBefore = static_cast<double>(target) * base;

@@ -15,8 +15,8 @@ namespace BASS {
 
 class Encoder;
 
-/// Where a channel's decoded audio branches off to its encoders: a little late, so that a cut can be
-/// made at a place just passed. Each encoder gets an unbroken run of frames.
+/// Where a channel's decoded audio branches off to its encoders: a little late, so that a cut can
+/// be made at a place just passed. Each encoder gets an unbroken run of frames.
 ///
 /// *Thread*: feed() on the decode thread, the rest on any; cut() waits for none of the others, for
 /// it comes from the thread that brings the bytes of every stream. *Owner*: the channel.

@@ -74,8 +74,9 @@ std::string headerBlock(const HttpHeaders& headers, bool onlyIcy) {
 } // namespace
 
 StreamChannel::StreamChannel(const Context& context)
-    : m_context(context), m_voice(static_cast<std::uint32_t>(context.rate), *context.signal),
-      m_syncs(context.handle), m_effects(context.rate), m_pcmTap(context.rate) {}
+    : m_context(context), m_flags(context.flags),
+      m_voice(static_cast<std::uint32_t>(context.rate), *context.signal), m_syncs(context.handle),
+      m_effects(context.rate), m_pcmTap(context.rate) {}
 
 StreamChannel::~StreamChannel() {
     close();
@@ -135,6 +136,13 @@ void StreamChannel::startWorker(DecoderInput& input, std::function<bool(StreamFo
     };
     m_worker = std::make_unique<DecodeWorker>(input, m_voice, m_context.rate, std::move(callbacks));
     m_worker->start();
+}
+
+DWORD StreamChannel::setFlags(DWORD flags, DWORD mask) {
+    DWORD now = m_flags.load();
+    while (!m_flags.compare_exchange_weak(now, (now & ~mask) | (flags & mask))) {
+    }
+    return m_flags.load();
 }
 
 /// Muted, and no encoder wants it: only the clock and the titles matter.
@@ -210,7 +218,7 @@ void StreamChannel::info(BASS_CHANNELINFO& out) const {
     out = {};
     out.freq = static_cast<DWORD>(info.audio.sampleRate);
     out.chans = static_cast<DWORD>(info.audio.channels);
-    out.flags = m_context.flags;
+    out.flags = flags();
     out.ctype = m_isCapture ? BASS_CTYPE_RECORD : typeOf(info.format, info.audio);
     out.origres = static_cast<DWORD>(std::max(0, info.audio.bits));
 }
@@ -391,7 +399,7 @@ bool StreamChannel::dispatch() {
     if ((events & Voice::kEnded) == 0)
         return false;
     m_syncs.fire(BASS_SYNC_END, 0);
-    return (m_context.flags & BASS_STREAM_AUTOFREE) != 0;
+    return (flags() & BASS_STREAM_AUTOFREE) != 0;
 }
 
 /// One sync for each title, and what it reads is that title.

@@ -9,6 +9,7 @@
 #include "audio/ffmpeg/tag_timeline.h"
 #include "audio/ffmpeg/voice.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -69,7 +70,9 @@ class StreamChannel {
     void close();
 
     [[nodiscard]] HSTREAM handle() const { return m_context.handle; }
-    [[nodiscard]] DWORD flags() const { return m_context.flags; }
+    [[nodiscard]] DWORD flags() const { return m_flags.load(); }
+    /// Those in `mask`; all that it has now.
+    DWORD setFlags(DWORD flags, DWORD mask);
     [[nodiscard]] Voice& voice() { return m_voice; }
     [[nodiscard]] SyncTable& syncs() { return m_syncs; }
     [[nodiscard]] EffectChain& effects() { return m_effects; }
@@ -114,6 +117,7 @@ class StreamChannel {
     void setTag(const TagTimeline::Entry& entry);
 
     const Context m_context;
+    std::atomic<DWORD> m_flags;
     Voice m_voice;
     SyncTable m_syncs;
     EffectChain m_effects;

@@ -33,6 +33,8 @@ const Call kCalls[] = {
     {[](BassLibrary& b) { return b.ChannelPause(8); }, "BASS_ChannelPause 8"},
     {[](BassLibrary& b) { return b.ChannelStop(8); }, "BASS_ChannelStop 8"},
     {[](BassLibrary& b) { return b.ChannelIsActive(8) == 1; }, "BASS_ChannelIsActive 8"},
+    {[](BassLibrary& b) { return b.ChannelFlags(8, 0, 0x40000) == 4; },
+     "BASS_ChannelFlags 8 0 262144"},
     {[](BassLibrary& b) { return b.ChannelSetAttribute(8, 2, 0.5F); },
      "BASS_ChannelSetAttribute 8 2 0.500000"},
     {[](BassLibrary& b) {

@@ -148,6 +148,11 @@ BASS_STUB_FUNCTION(const char*) BASS_ChannelGetTags(Dword handle, Dword tags) {
     return found == state().tags.end() ? nullptr : found->second.c_str();
 }
 
+BASS_STUB_FUNCTION(Dword) BASS_ChannelFlags(Dword handle, Dword flags, Dword mask) {
+    constexpr Dword kLooped = 4;
+    return truth("BASS_ChannelFlags", list(handle, flags, mask)) != 0 ? kLooped : ~Dword{0};
+}
+
 BASS_STUB_FUNCTION(int) BASS_ChannelSetAttribute(Dword handle, Dword attribute, float value) {
     return truth("BASS_ChannelSetAttribute", list(handle, attribute, value));
 }
