@@ -82,10 +82,9 @@ void EncodedSession::open(File& file) {
         fail(*full);
         return;
     }
-    const QString own = m_paths.isEmpty() ? QString() : m_paths.last();
     const QString extension = encoderExtension(m_options.encoder, false);
-    const bool isOpen =
-        file.recording.open(freeRecordingPath(m_options, file.song, file.started, extension, own));
+    const bool isOpen = file.recording.open(
+        freeRecordingPath(m_options, file.song, file.started, extension, m_path));
     const QString path = file.recording.path();
     if (!isOpen) {
         qCWarning(lcRecording).noquote()
@@ -93,7 +92,8 @@ void EncodedSession::open(File& file) {
         check(file);
         return;
     }
-    m_paths << path;
+    m_path = path;
+    ++m_count;
     m_log.tracks.append({file.song, file.started, path, {}});
     m_listener.fileOpened(path, file.song);
     if (!file.song.isEmpty())
@@ -112,8 +112,9 @@ void EncodedSession::open(File& file) {
 }
 
 void EncodedSession::addTitle(const SessionLog::Track& track) {
-    m_log.tracks.append(track);
     m_listener.titleRecorded(track);
+    if (m_options.hasTrackList) // else nobody asks again, and the file may go on for weeks
+        m_log.tracks.append(track);
 }
 
 void EncodedSession::rewrite(quint32 encoder, qint64 offset, const QByteArray& bytes) {
@@ -165,7 +166,8 @@ void EncodedSession::closeFile(File& file) {
     if (finished.bytes > 0)
         m_listener.fileFinished(finished);
     else
-        m_paths.removeOne(finished.path);
+        --m_count;
+    m_path.clear();
     m_listener.logChanged(m_log);
     if (!m_options.hasTrackList)
         m_log.forget(finished.path); // nobody asks again, and a recording may go on for weeks
@@ -269,7 +271,7 @@ EncodedSession::File* EncodedSession::newestNamed() {
 
 RecordingProgress EncodedSession::progress() const {
     RecordingProgress progress;
-    progress.files = m_paths.size();
+    progress.files = m_count;
     progress.sessionBytes = m_finishedBytes;
     for (const auto& [encoder, file] : m_files) {
         if (!file.recording.isOpen())

@@ -44,7 +44,6 @@ class EncodedSession final : public WriterSession {
     void close() override;
     void fail(const RecordingError& error) override;
     [[nodiscard]] bool isOver() const override { return m_isOver; }
-    [[nodiscard]] const QStringList& paths() const override { return m_paths; }
     [[nodiscard]] RecordingProgress progress() const override;
 
   private:
@@ -75,7 +74,8 @@ class EncodedSession final : public WriterSession {
     std::map<quint32, File> m_files; ///< not ended
     SessionLog m_log;
     QDateTime m_lostAt; ///< invalid: not lost
-    QStringList m_paths;
+    QString m_path;     ///< of the newest file
+    int m_count = 0;    ///< files that are kept
     qint64 m_finishedBytes = 0;
     bool m_isFinishing = false;
     bool m_isOver = false;

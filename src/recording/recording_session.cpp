@@ -172,8 +172,12 @@ void RecordingSession::noteTitle(const Song& song) {
     m_heard = song;
     if (!m_record.isOpen())
         return;
-    m_log.tracks.append({song, m_clock.now(), m_record.recording().path(), m_record.duration()});
-    m_listener.titleRecorded(m_log.tracks.last());
+    const SessionLog::Track track{
+        song, m_clock.now(), m_record.recording().path(), m_record.duration()};
+    m_listener.titleRecorded(track);
+    if (!m_options.hasTrackList)
+        return; // nobody asks again, and the file may go on for weeks
+    m_log.tracks.append(track);
     m_listener.logChanged(m_log);
 }
 
@@ -303,7 +307,7 @@ void RecordingSession::cut(const Song& song) {
         closeFile();
     if (m_isOver)
         return;
-    if (m_options.mode == RecordMode::SingleSong && hadSong && !m_paths.isEmpty()) {
+    if (m_options.mode == RecordMode::SingleSong && hadSong && m_count > 0) {
         m_isOver = true;
         return;
     }
@@ -315,7 +319,7 @@ void RecordingSession::cut(const Song& song) {
 /// A recording that begins together with its connection opens its file before it can know the
 /// title; the first title block then names that file instead of cutting it.
 bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
-    if (!m_song.isEmpty() || m_awaited || m_paths.size() > 1 || m_connectionStart < 0 ||
+    if (!m_song.isEmpty() || m_awaited || m_count > 1 || m_connectionStart < 0 ||
         position - m_connectionStart > kFirstTitleBytes)
         return false;
     m_song = m_heard = song;
@@ -324,7 +328,7 @@ bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
     const QString old = m_record.recording().path();
     const QString path = freePath(QFileInfo(old).suffix());
     if (m_record.rename(path, song)) {
-        m_paths.last() = path;
+        m_path = path;
         m_log.rename(old, path);
         m_listener.fileOpened(path, song);
     }
@@ -336,8 +340,7 @@ bool RecordingSession::nameFirstFile(const Song& song, qint64 position) {
 }
 
 QString RecordingSession::freePath(const QString& extension) const {
-    const QString own = m_paths.isEmpty() ? QString() : m_paths.last();
-    return freeRecordingPath(m_options, m_song, m_clock.now(), extension, own);
+    return freeRecordingPath(m_options, m_song, m_clock.now(), extension, m_path);
 }
 
 void RecordingSession::openFile(const AudioFrame& first) {
@@ -358,11 +361,12 @@ void RecordingSession::openFile(const AudioFrame& first) {
     if (!checkSpace())
         return;
     if (m_record.open(freePath(extension), m_song, std::move(start))) {
-        m_paths << m_record.recording().path();
-        qCInfo(lcRecording) << "RecordingSession::openFile path=" << m_paths.last();
+        m_path = m_record.recording().path();
+        ++m_count;
+        qCInfo(lcRecording) << "RecordingSession::openFile path=" << m_path;
         m_fileStarted = m_clock.now();
-        m_log.tracks.append({m_song, m_fileStarted, m_paths.last(), {}});
-        m_listener.fileOpened(m_paths.last(), m_song);
+        m_log.tracks.append({m_song, m_fileStarted, m_path, {}});
+        m_listener.fileOpened(m_path, m_song);
         if (!m_song.isEmpty())
             m_listener.titleRecorded(m_log.tracks.last());
         m_listener.logChanged(m_log);
@@ -385,7 +389,8 @@ void RecordingSession::closeFile() {
         m_listener.fileFinished(file);
     } else {
         m_log.forget(file.path);
-        m_paths.removeOne(file.path);
+        --m_count;
+        m_path.clear();
     }
     m_listener.logChanged(m_log);
     if (!m_options.hasTrackList)
@@ -444,7 +449,7 @@ void RecordingSession::fail(const RecordingError& error) {
 RecordingProgress RecordingSession::progress() const {
     RecordingProgress progress;
     progress.song = m_song;
-    progress.files = m_paths.size();
+    progress.files = m_count;
     progress.sessionBytes = m_finishedBytes;
     if (m_record.isOpen()) {
         progress.path = m_record.recording().path();

@@ -8,7 +8,7 @@
 #include "recording/stream_parser.h"
 #include "recording/writer_session.h"
 
-#include <QStringList>
+#include <QString>
 
 #include <optional>
 
@@ -62,7 +62,6 @@ class RecordingSession final : public WriterSession {
     void close() override { finish(); }
     void fail(const RecordingError& error) override;
     [[nodiscard]] bool isOver() const override { return m_isOver; }
-    [[nodiscard]] const QStringList& paths() const override { return m_paths; }
     [[nodiscard]] RecordingProgress progress() const override;
 
   private:
@@ -114,7 +113,8 @@ class RecordingSession final : public WriterSession {
     CRecord m_record;
     StreamFormat m_fileFormat = StreamFormat::Unknown;
     quint32 m_fileStream = 0;
-    QStringList m_paths;
+    QString m_path;  ///< of the newest
+    int m_count = 0; ///< that are kept
     QDateTime m_fileStarted;
     SessionLog m_log;
     QDateTime m_lostAt; ///< invalid: not lost

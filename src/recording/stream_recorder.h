@@ -102,7 +102,7 @@ class StreamRecorder final : public QObject {
     void sig_progress(const BASS::RecordingProgress& progress);
     /// The recording has ended by itself; what was written before is safe. sig_finished follows.
     void sig_failed(const BASS::RecordingError& error);
-    void sig_finished(const QStringList& paths);
+    void sig_finished();
 
   private:
     struct Private;

@@ -174,7 +174,6 @@ void StreamRecorder::Private::endSession() {
         return;
     session->finish();
     session->close();
-    const QStringList paths = session->paths();
     raw = nullptr;
     encoded = nullptr;
     session.reset();
@@ -182,9 +181,9 @@ void StreamRecorder::Private::endSession() {
         const std::lock_guard<std::mutex> lock(mutex);
         isFed = isFed && queuedSessions > takenSessions;
     }
-    publisher.finish([this, paths] {
+    publisher.finish([this] {
         ++finishedSessions;
-        emit owner.sig_finished(paths);
+        emit owner.sig_finished();
     });
 }
 

@@ -2,8 +2,6 @@
 
 #include "recording/recording_types.h"
 
-#include <QStringList>
-
 namespace BASS {
 
 /// What the writer thread does with any session, whatever its bytes come from.
@@ -25,7 +23,6 @@ class WriterSession {
     virtual void fail(const RecordingError& error) = 0;
 
     [[nodiscard]] virtual bool isOver() const = 0;
-    [[nodiscard]] virtual const QStringList& paths() const = 0;
     [[nodiscard]] virtual RecordingProgress progress() const = 0;
 };
 

@@ -84,5 +84,5 @@ class Player : public QObject {
     void sig_recordingProgress(const BASS::RecordingProgress& progress);
     /// The recording has ended by itself; what was written is safe.
     void sig_recordingFailed(const BASS::RecordingError& error);
-    void sig_recordingFinished(const QStringList& paths);
+    void sig_recordingFinished();
 };

@@ -29,11 +29,7 @@ RecorderRig::RecorderRig() {
                      &StreamRecorder::sig_failed,
                      &recorder,
                      [this](const BASS::RecordingError& error) { errors.push_back(error); });
-    QObject::connect(
-        &recorder, &StreamRecorder::sig_finished, &recorder, [this](const QStringList& paths) {
-            finishedPaths = paths;
-            ++finishes;
-        });
+    QObject::connect(&recorder, &StreamRecorder::sig_finished, &recorder, [this] { ++finishes; });
 }
 
 void RecorderRig::start(const QString& song) {

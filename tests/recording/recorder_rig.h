@@ -40,7 +40,6 @@ class RecorderRig {
     std::vector<BASS::RecordedFile> files;
     std::vector<BASS::RecordingError> errors;
     QStringList opened;
-    QStringList finishedPaths;
     int finishes = 0;
 
   private:

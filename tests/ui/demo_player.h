@@ -118,12 +118,12 @@ class DemoPlayer final : public Player {
     void failRecording(const BASS::RecordingError& error) {
         m_isRecording = false;
         emit sig_recordingFailed(error);
-        emit sig_recordingFinished({});
+        emit sig_recordingFinished();
         emit sig_recordingChanged(false);
     }
     void finishRecording() {
         m_isRecording = false;
-        emit sig_recordingFinished({});
+        emit sig_recordingFinished();
         emit sig_recordingChanged(false);
     }
 

@@ -54,8 +54,10 @@ RecordingsPage::RecordingsPage(const UiSettings& settings, FolderOpener& opener,
         &m_soon, &QTimer::timeout, this, [this] { m_model->scan(m_settings.recordingFolder()); });
 }
 
+/// What nobody sees is read when it is shown: a recording may go on for weeks.
 void RecordingsPage::refresh() {
-    m_soon.start();
+    if (isVisible())
+        m_soon.start();
 }
 
 void RecordingsPage::showEvent(QShowEvent* event) {
