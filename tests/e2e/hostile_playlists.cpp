@@ -128,6 +128,17 @@ void addSegments(std::vector<HostileRow>& rows) {
                             noise(5000),
                             "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-KEY:METHOD=AES-128,URI=\"a\","
                             "IV=0xzz\n#EXTINF:2,\na\n#EXT-X-ENDLIST\n"));
+    for (const char* const key : {"", "short"})
+        rows.push_back(
+            site("a key that is too short",
+                 "/live.m3u8",
+                 kNoAudio,
+                 {{"/live.m3u8",
+                   page(kHls,
+                        "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-KEY:METHOD=AES-128,URI="
+                        "\"key\"\n#EXTINF:2,\na\n#EXT-X-ENDLIST\n")},
+                  {"/key", page("application/octet-stream", key)},
+                  {"/a", page("video/mp2t", noise(4096))}}));
     QByteArray many = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n";
     for (int n = 0; n < 100000; ++n)
         many += "#EXTINF:2,\nmissing" + QByteArray::number(n) + "\n";

@@ -1,33 +1,19 @@
 #include "e2e/icecast.h"
 
-#include <QElapsedTimer>
+#include "e2e/wait_until.h"
+
 #include <QFile>
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QThread>
 #include <QUrl>
 
 namespace {
-
-constexpr int kLimitMs = 15000;
 
 int freePort() {
     QTcpServer probe;
     probe.listen(QHostAddress::LocalHost);
     return probe.serverPort();
-}
-
-template <typename Condition>
-bool waitUntil(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > kLimitMs)
-            return false;
-        QThread::msleep(20);
-    }
-    return true;
 }
 
 } // namespace

@@ -1,15 +1,14 @@
 #include "e2e/program_run.h"
+#include "e2e/wait_until.h"
 #include "support/media_tools.h"
 #include "support/test_station.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -21,17 +20,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-bool waitUntil(const std::function<bool()>& condition, std::chrono::seconds limit = 30s) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > limit.count() * 1000)
-            return false;
-        QThread::msleep(20);
-    }
-    return true;
-}
 
 /// Instances meet by the program's path: a copy of its own keeps other tests' programs out.
 class InstancesTest : public ::testing::Test {

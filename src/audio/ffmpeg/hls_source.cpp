@@ -2,17 +2,12 @@
 
 #include "audio/ffmpeg/http_source.h"
 #include "audio/ffmpeg/local_source.h"
+#include "audio/ffmpeg/segment_cipher.h"
 #include "audio/ffmpeg/stream_tap.h"
 #include "audio/ffmpeg/url_text.h"
 #include "base/log.h"
 
-extern "C" {
-#include <libavutil/aes.h>
-#include <libavutil/mem.h>
-}
-
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace BASS {
@@ -28,10 +23,6 @@ constexpr int kMostFailures = 5;
 constexpr milliseconds kRetryPause{500};
 constexpr milliseconds kLongestSilence{10000};
 constexpr int kHttpOk = 200;
-
-struct FreeAes {
-    void operator()(AVAES* aes) const { av_free(aes); }
-};
 
 const char* contentType(FramedCodec codec) {
     switch (codec) {
@@ -339,9 +330,9 @@ void HlsSource::fetchSmall(const HlsResource& resource,
 void HlsSource::fetchKey() {
     m_keyUri.clear();
     fetchSmall({m_segment.key.uri, 0, 0}, m_key, [this] {
-        constexpr std::size_t kKeyBytes = 16;
-        m_keyUri = resolved(m_segment.key.uri);
-        return m_key.size() == kKeyBytes;
+        const bool isKey = m_key.size() == kAesBlockBytes;
+        m_keyUri = isKey ? resolved(m_segment.key.uri) : std::string();
+        return isKey;
     });
 }
 
@@ -442,29 +433,11 @@ void HlsSource::passOver(int error) {
         fetchNext();
 }
 
-/// RFC 8216, section 5.2.
 bool HlsSource::decrypt() {
-    constexpr std::size_t kBlock = 16;
-    constexpr int kBits = 128;
-    if (m_whole.empty() || m_whole.size() % kBlock != 0)
+    const HlsSegment& segment = m_segment;
+    if (!decryptSegment(m_whole, m_key, segment.key.iv.value_or(sequenceVector(segment.sequence))))
         return false;
-    std::array<std::uint8_t, kBlock> iv{};
-    for (std::size_t n = 0; n < 8; ++n)
-        iv[kBlock - 1 - n] = static_cast<std::uint8_t>(m_segment.sequence >> (8 * n) & 0xFF);
-    iv = m_segment.key.iv.value_or(iv);
-    const std::unique_ptr<AVAES, FreeAes> aes(av_aes_alloc());
-    if (!aes || av_aes_init(aes.get(), m_key.data(), kBits, 1) < 0)
-        return false;
-    av_aes_crypt(aes.get(),
-                 m_whole.data(),
-                 m_whole.data(),
-                 static_cast<int>(m_whole.size() / kBlock),
-                 iv.data(),
-                 1);
-    const std::size_t padding = m_whole.back();
-    if (padding == 0 || padding > kBlock)
-        return false; // the key is not the one
-    m_reader.feed(m_whole.data(), m_whole.size() - padding);
+    m_reader.feed(m_whole.data(), m_whole.size());
     m_whole.clear();
     return true;
 }
