@@ -118,7 +118,8 @@ def kill_once(radio, witness, name, moment):
 
 def print_ages(name, ages):
     ages = sorted(ages)
-    print(f"{name:8} kills {len(ages):3}, the first byte that was missing had come so long before (s): median "
+    what = "what came after the newest write" if name in ENCODERS else "the first byte that is missing"
+    print(f"{name:8} kills {len(ages):3}, {what} had come so long before (s): median "
           f"{ages[len(ages) // 2]:.2f}, 95 % {ages[len(ages) * 95 // 100]:.2f}, most {ages[-1]:.2f}")
 
 

@@ -22,8 +22,9 @@ using ENCODEREWRITEPROC =
 /// Each encoder has a thread of its own behind a bounded queue, so that neither a slow disk nor a
 /// stuck program holds up what is heard; one that is 20 seconds behind has failed. An encoder runs
 /// on any channel, any number of them at a time, whether it plays or is muted; what is paused is
-/// not encoded. Audio reaches an encoder half a second after it is decoded, so that a cut can still
-/// be made at a place just passed; nothing of it is lost at the end.
+/// not encoded. Audio reaches an encoder half a second after it is decoded (a tenth where the
+/// caller brings the bytes), so that a cut can still be made at a place just passed; nothing of it
+/// is lost at the end.
 ///
 /// Options are texts, UTF-16 with BASS_UNICODE in the flags, else Latin-1; bitrates below 1000 are
 /// kbit/s, others bit/s. What a text does not say has a sensible default; a switch that is not
@@ -94,12 +95,12 @@ class AudioEncoding {
     /// Not of the library's own: a second encoder, with the settings of the first, takes over at
     /// one sample: the first one that is decoded from the stream's byte `position` or later,
     /// `delayMs` after it. The old one ends there by itself (length 0); no sample is lost or
-    /// doubled. The new one starts with its first sample. A place decoded more than half a second
-    /// ago is cut as early as still possible. Stopping the new one before the cut is reached stops
-    /// the old one with it, there and then. An external program is started a second time. 0: `old`
-    /// does not run (BASS_ERROR_HANDLE) or waits for another cut already (BASS_ERROR_ALREADY). May
-    /// be called from a TITLEPROC, where no byte of the title has been decoded yet and every cut is
-    /// exact.
+    /// doubled. The new one starts with its first sample. A place whose audio has reached the
+    /// encoder is cut as early as still possible. Stopping the new one before the cut is reached
+    /// stops the old one with it, there and then. An external program is started a second time. 0:
+    /// `old` does not run (BASS_ERROR_HANDLE) or waits for another cut already
+    /// (BASS_ERROR_ALREADY). May be called from a TITLEPROC, where no byte of the title has been
+    /// decoded yet and every cut is exact.
     virtual HENCODE
     Encode_CutAt(HENCODE old, QWORD position, DWORD delayMs, ENCODEPROC* proc, void* user) = 0;
     /// Not of the library's own: seconds of audio that an encoder has been given, complete when the

@@ -88,6 +88,7 @@ void OggLinkSplitter::feed(const std::uint8_t* data, std::size_t size) {
 }
 
 void OggLinkSplitter::finish() {
+    emitRubbish();
     emitPending();
 }
 
@@ -118,7 +119,7 @@ void OggLinkSplitter::takeHeader() {
     if (m_header.size() < kPageHeader || m_header.size() < kPageHeader + m_header[26])
         return;
 
-    m_rubbish.clear();
+    emitRubbish();
     m_isForeign = false;
     const bool isFirst = (m_header[5] & kBeginsStream) != 0;
     if (isFirst && !m_wasFirstPage)
@@ -136,9 +137,10 @@ void OggLinkSplitter::takeHeader() {
 }
 
 void OggLinkSplitter::takeRubbish(const std::uint8_t* data, std::size_t size) {
-    m_sink.bytes(data, size);
-    if (m_isForeign)
+    if (m_isForeign) {
+        m_sink.bytes(data, size);
         return;
+    }
     m_rubbish.insert(m_rubbish.end(), data, data + size);
     if (m_rubbish.size() < kForeignBytes)
         return;
@@ -147,6 +149,12 @@ void OggLinkSplitter::takeRubbish(const std::uint8_t* data, std::size_t size) {
                   sniffed.verdict == SniffResult::Verdict::SkipTag;
     if (m_isForeign)
         m_sink.linkBegins();
+    emitRubbish();
+}
+
+void OggLinkSplitter::emitRubbish() {
+    if (!m_rubbish.empty())
+        m_sink.bytes(m_rubbish.data(), m_rubbish.size());
     m_rubbish.clear();
 }
 

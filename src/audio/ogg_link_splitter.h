@@ -30,13 +30,14 @@ class OggLinkSplitter {
     explicit OggLinkSplitter(Sink& sink) : m_sink(sink) {}
 
     void feed(const std::uint8_t* data, std::size_t size);
-    /// Hands out what was held back (the few bytes of an unfinished page header).
+    /// Hands out what was held back: an unfinished page header, or up to 16 KiB that are no page.
     void finish();
 
   private:
     enum class State { Header, Body };
 
     void takeHeader();
+    void emitRubbish();
     void takeRubbish(const std::uint8_t* data, std::size_t size);
     void pageEnds();
     void emitPending();
@@ -49,8 +50,8 @@ class OggLinkSplitter {
     std::vector<std::uint8_t> m_header; ///< of the current page, while it is incomplete
     std::vector<std::uint8_t> m_page;   ///< of the current page, while headers are read
     std::size_t m_bodyLeft = 0;
-    std::vector<std::uint8_t> m_rubbish; ///< what is no page, as long as it is not known
-    bool m_isForeign = false;            ///< another format's, and told
+    std::vector<std::uint8_t> m_rubbish; ///< no page, held back while it is not known what it is
+    bool m_isForeign = true;             ///< another format's, and told; true before the first page
     std::vector<std::uint8_t> m_headers; ///< header pages of this link
     std::vector<std::uint8_t> m_packet;
     std::vector<std::uint8_t> m_comments;

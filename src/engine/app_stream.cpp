@@ -135,7 +135,10 @@ void AppStream::startEncoding(const BASS::RecordingOptions& options) {
         original.hasTrackList = original.isTitleListKept = false; // one list is enough
         m_originals.start(original, song);
     }
-    m_encoder.start(options, heard.isEmpty() ? song : heard, m_current.handle);
+    // what was played out while the station is away has freed itself
+    BASS::BASS_CHANNELINFO info{};
+    const bool isThere = m_current.handle != 0 && library().ChannelGetInfo(m_current.handle, &info);
+    m_encoder.start(options, heard.isEmpty() ? song : heard, isThere ? m_current.handle : 0);
 }
 
 void AppStream::recordingFinished() {

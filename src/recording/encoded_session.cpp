@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,10 +40,6 @@ void EncodedSession::beginFile(quint32 encoder, const Song& song) {
     File& file = m_files[encoder];
     if (file.recording.isOpen())
         return;
-    if (!file.isNamed) {
-        file.started = m_clock.now();
-        file.startedAt = m_clock.steady();
-    }
     file.song = song;
     file.isNamed = true;
     openIfReady(file, false);
@@ -53,6 +50,10 @@ void EncodedSession::append(quint32 encoder, const QByteArray& bytes) {
         return;
     File& file = m_files[encoder];
     if (!file.recording.isOpen()) {
+        if (file.waiting.isEmpty()) {
+            file.started = m_clock.now();
+            file.startedAt = m_clock.steady();
+        }
         file.waiting += bytes;
         openIfReady(file, false);
         return;
@@ -102,8 +103,10 @@ void EncodedSession::open(File& file) {
         track.path = path;
         addTitle(track);
     }
-    for (RecordingGap& gap : m_log.gaps)
-        gap.path = gap.path.isEmpty() ? path : gap.path; // before the file was there
+    for (RecordingGap& gap : file.gaps) {
+        gap.path = path;
+        m_log.gaps.append(gap);
+    }
     m_listener.logChanged(m_log);
     const QByteArray waiting = std::exchange(file.waiting, {});
     file.recording.append(reinterpret_cast<const std::uint8_t*>(waiting.constData()),
@@ -163,11 +166,12 @@ void EncodedSession::closeFile(File& file) {
     file.recording.close();
     m_finishedBytes += finished.bytes;
     m_log.files.append({finished.path, finished.duration, finished.bytes});
-    if (finished.bytes > 0)
+    if (finished.bytes > 0) {
         m_listener.fileFinished(finished);
-    else
+    } else {
         --m_count;
-    m_path.clear();
+        m_path.clear();
+    }
     m_listener.logChanged(m_log);
     if (!m_options.hasTrackList)
         m_log.forget(finished.path); // nobody asks again, and a recording may go on for weeks
@@ -195,7 +199,7 @@ void EncodedSession::tellSeconds(quint32 encoder, double seconds) {
 }
 
 void EncodedSession::noteTitle(const Song& song, double seconds) {
-    File* const file = newestNamed();
+    File* const file = newest([](const File& one) { return one.isNamed; });
     if (m_isOver || file == nullptr)
         return;
     const auto at = seconds < 0 ? duration(*file) : inMilliseconds(seconds);
@@ -214,12 +218,20 @@ void EncodedSession::connectionLost() {
 
 void EncodedSession::connectionBack() {
     const QDateTime from = std::exchange(m_lostAt, {});
-    File* const file = newestNamed();
-    if (!from.isValid() || file == nullptr)
+    if (!from.isValid())
         return;
-    m_log.gaps.append(
-        {from, m_clock.now(), file->recording.size(), duration(*file), file->recording.path()});
-    m_listener.logChanged(m_log);
+    RecordingGap gap;
+    gap.from = from;
+    gap.to = m_clock.now();
+    if (const File* const file = newest([](const File& one) { return one.recording.isOpen(); })) {
+        gap.bytes = file->recording.size();
+        gap.at = duration(*file);
+        gap.path = file->recording.path();
+        m_log.gaps.append(gap);
+        m_listener.logChanged(m_log);
+    } else if (File* const coming = newest([](const File& one) { return one.isNamed; })) {
+        coming->gaps.append(gap); // at its beginning
+    }
 }
 
 void EncodedSession::flush() {
@@ -261,12 +273,11 @@ std::chrono::milliseconds EncodedSession::duration(const File& file) const {
     return m_clock.steady() - file.startedAt;
 }
 
-EncodedSession::File* EncodedSession::newestNamed() {
-    for (auto file = m_files.rbegin(); file != m_files.rend(); ++file) {
-        if (file->second.isNamed)
-            return &file->second;
-    }
-    return nullptr;
+EncodedSession::File* EncodedSession::newest(bool (*isWanted)(const File& file)) {
+    const auto found = std::find_if(m_files.rbegin(), m_files.rend(), [isWanted](const auto& file) {
+        return isWanted(file.second);
+    });
+    return found != m_files.rend() ? &found->second : nullptr;
 }
 
 RecordingProgress EncodedSession::progress() const {

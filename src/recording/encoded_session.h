@@ -53,7 +53,8 @@ class EncodedSession final : public WriterSession {
         bool isNamed = false;
         QByteArray waiting;                ///< came before the name or the first audio
         QVector<SessionLog::Track> titles; ///< noted before the file was there
-        QDateTime started;
+        QVector<RecordingGap> gaps;        ///< as well
+        QDateTime started;                 ///< with the first bytes
         std::chrono::milliseconds startedAt{0};
         std::optional<std::chrono::milliseconds> encoded; ///< nothing: not told
     };
@@ -65,7 +66,7 @@ class EncodedSession final : public WriterSession {
     void closeFile(File& file);
     void check(const File& file);
     [[nodiscard]] std::chrono::milliseconds duration(const File& file) const;
-    File* newestNamed();
+    File* newest(bool (*isWanted)(const File& file));
 
     RecordingOptions m_options;
     const Clock& m_clock;

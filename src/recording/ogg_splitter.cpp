@@ -33,7 +33,7 @@ struct OggSplitter::Private {
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
 
-    void takePages(FrameList& frames);
+    void step(int count);
     void takePage(ogg_page& page, FrameList& frames);
     bool isFirstPage(ogg_page& page);
     void takeHeader(const ogg_packet& packet);
@@ -71,36 +71,27 @@ void OggSplitter::push(const char* data, qsizetype size, FrameList& frames) {
         return;
     std::memcpy(buffer, data, static_cast<std::size_t>(size));
     ogg_sync_wrote(&d.sync, static_cast<long>(size));
-    d.takePages(frames);
-}
-
-void OggSplitter::finish(FrameList& frames) {
-    m_private->takePages(frames);
-}
-
-/// Stops at what may be another format, until that has been looked at.
-void OggSplitter::Private::takePages(FrameList& frames) {
-    foreign = foreign.size() < kForeignBytes ? foreign : QByteArray();
     ogg_page page{};
     for (;;) {
-        const long count = ogg_sync_pageseek(&sync, &page);
+        const long count = ogg_sync_pageseek(&d.sync, &page);
         if (count == 0)
             return;
         if (count < 0) {
-            // libogg has stepped over them and keeps them until more is asked for
-            foreign.append(reinterpret_cast<const char*>(sync.data) + sync.returned + count,
-                           static_cast<int>(-count));
-            position -= count;
-            dropped -= count;
-            if (foreign.size() >= kForeignBytes)
-                return;
+            d.step(static_cast<int>(-count));
             continue;
         }
-        foreign.clear();
-        pagePosition = position;
-        position += count;
-        takePage(page, frames);
+        d.foreign.clear();
+        d.pagePosition = d.position;
+        d.position += count;
+        d.takePage(page, frames);
     }
+}
+
+/// Over what is no page; libogg keeps it until more is asked for.
+void OggSplitter::Private::step(int count) {
+    foreign.append(reinterpret_cast<const char*>(sync.data) + sync.returned - count, count);
+    position += count;
+    dropped += count;
 }
 
 QByteArray OggSplitter::takeForeign(bool isEnd) {

@@ -17,7 +17,7 @@ class OggSplitter final : public StreamParser {
     ~OggSplitter() override;
 
     void push(const char* data, qsizetype size, FrameList& frames) override;
-    void finish(FrameList& frames) override;
+    void finish(FrameList&) override {}
     [[nodiscard]] qint64 droppedBytes() const override;
     QByteArray takeForeign(bool isEnd) override;
 

@@ -64,16 +64,23 @@ void RecordingSession::connectionBegan(qint64 position, const QByteArray& header
 void RecordingSession::append(const QByteArray& bytes) {
     if (m_isOver || !m_isConnected || m_isPaused)
         return;
+    // in pieces, so that another format is seen before the first one may come back
+    constexpr int kPiece = kForeignBytes / 2;
+    for (int at = 0; at < bytes.size() && !m_isOver; at += kPiece)
+        appendPiece(bytes.mid(at, kPiece));
+}
+
+void RecordingSession::appendPiece(const QByteArray& bytes) {
     m_position += bytes.size();
     if (!m_parser) {
         m_undetected += bytes;
         detect(false);
-    } else {
-        FrameList frames;
-        m_parser->push(bytes.constData(), bytes.size(), frames);
-        takeFrames(frames);
-        followFormat(false);
+        return;
     }
+    FrameList frames;
+    m_parser->push(bytes.constData(), bytes.size(), frames);
+    takeFrames(frames);
+    followFormat(false);
 }
 
 void RecordingSession::detect(bool isEnd) {
@@ -102,13 +109,17 @@ void RecordingSession::detect(bool isEnd) {
     takeFrames(frames);
 }
 
-/// A connection may go over to another format without a word.
+/// A connection may go over to another format without a word. Ogg goes only over to one that can be
+/// left again.
 void RecordingSession::followFormat(bool isEnd) {
     const QByteArray bytes = m_parser->takeForeign(isEnd);
     if (bytes.isEmpty())
         return;
     const auto format = detectFormat(bytes, isEnd);
     if (!format || *format == StreamFormat::Unknown || *format == m_format)
+        return;
+    const bool isFramed = *format == StreamFormat::Mpeg || *format == StreamFormat::Adts;
+    if (m_format == StreamFormat::Ogg && !isFramed)
         return;
     m_parser.reset();
     m_undetected = bytes;
@@ -169,8 +180,8 @@ void RecordingSession::noteGapEnd() {
 
 /// A title inside a file that goes on.
 void RecordingSession::noteTitle(const Song& song) {
-    m_heard = song;
-    if (!m_record.isOpen())
+    const QString known = std::exchange(m_heard, song).track;
+    if (!m_record.isOpen() || song.track == known)
         return;
     const SessionLog::Track track{
         song, m_clock.now(), m_record.recording().path(), m_record.duration()};

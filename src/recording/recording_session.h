@@ -65,6 +65,7 @@ class RecordingSession final : public WriterSession {
     [[nodiscard]] RecordingProgress progress() const override;
 
   private:
+    void appendPiece(const QByteArray& bytes);
     void detect(bool isEnd);
     void followFormat(bool isEnd);
     void endParser();

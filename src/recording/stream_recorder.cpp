@@ -113,8 +113,9 @@ void StreamRecorder::start(const RecordingOptions& options, const Song& song) {
     const bool hasBuffer = m_private->hasBuffer();
     if (hasBuffer) {
         item.from = planBufferStart(*m_private->buffer, song, options.mode == RecordMode::NoSplit);
-        if (!openingSong(*m_private->buffer, item.from.position).isEmpty())
-            item.song = {}; // the running one is not what ran then
+        const Song opening = openingSong(*m_private->buffer, item.from.position);
+        if (!opening.isEmpty()) // the running one is not what ran then
+            item.song = options.mode == RecordMode::NoSplit ? opening : Song();
         item.buffer = std::move(m_private->buffer);
         if (m_private->isConnected)
             item.live = m_private->joinItem();

@@ -133,6 +133,21 @@ TEST(HttpStream, TellsTheTitlesOfAChainedOggWhenTheyAreHeard) {
     }
 }
 
+TEST(HttpStream, FollowsOggThatGoesOverToAnotherFormat) {
+    for (const Track between : {Track::Mp3, Track::Adts}) {
+        SCOPED_TRACE(static_cast<int>(between));
+        const QByteArray audio = track(Track::Vorbis) + track(between) + track(Track::Opus);
+        LoopbackServer server(sends(answer("HTTP/1.1 200 OK", {"Connection: close"}) + audio));
+        Listener listener;
+        const HSTREAM stream = listener.open(server.url());
+        ASSERT_NE(stream, 0U);
+        listener.library().ChannelPlay(stream, false);
+        ASSERT_TRUE(listener.waitFor(BASS_SYNC_END));
+        EXPECT_TRUE(listener.bytes == audio);
+        EXPECT_NEAR(listener.syncs.back().seconds, 3 * kTrackSeconds, 0.15);
+    }
+}
+
 TEST(HttpStream, TakesOldAndOddAnswers) {
     const QByteArray& audio = track(Track::Mp3);
     QByteArray chunked;

@@ -85,7 +85,14 @@ void addChanges(std::vector<HostileRow>& rows) {
               "application/ogg",
               {QStringLiteral("First"), QStringLiteral("First"), QStringLiteral("Third")},
               {},
-              0));
+              2 * kTrackSeconds + 3 * kToneSeconds));
+    for (const QByteArray& between : {noise(60000), noise(200000), track(Track::Flac)})
+        rows.push_back(plays("Ogg with something between its links",
+                             track(Track::Vorbis) + between + track(Track::Opus, "Second"),
+                             "application/ogg",
+                             {QStringLiteral("First"), QStringLiteral("Second")},
+                             {},
+                             2 * kTrackSeconds));
     rows.push_back(plays("Ogg of changing codecs",
                          track(Track::Vorbis) + track(Track::Opus, "Second") +
                              track(Track::OggFlac, "Third") + track(Track::Vorbis, "Fourth"),

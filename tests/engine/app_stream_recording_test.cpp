@@ -94,10 +94,11 @@ TEST(AppStreamRecording, RecordingAskedForBeforeTheFirstByteIsEncoded) {
     EXPECT_EQ(media::decodeErrors(rig.files[0].path), QString());
 }
 
-/// The station stays away longer than what had come of it is heard.
+/// The station stays away longer than what had come of it is heard. Recording is asked for before
+/// the first byte, while it plays, or while it is away.
 TEST(AppStreamRecording, EncodedRecordingGoesOnOverALongOutage) {
-    for (const bool isAskedFirst : {true, false}) {
-        SCOPED_TRACE(isAskedFirst);
+    for (const int asked : {0, 1, 2}) {
+        SCOPED_TRACE(asked);
         Rig rig;
         rig.script.burst = kBytesPerSecond / 2;
         rig.script.continues = true;
@@ -105,15 +106,18 @@ TEST(AppStreamRecording, EncodedRecordingGoesOnOverALongOutage) {
         rig.m_station.setScript(rig.script);
         rig.options.encoder = 6;
         rig.options.mode = RecordMode::NoSplit;
-        if (isAskedFirst)
+        if (asked == 0)
             rig.engine->play(BASS::stationFromAddress(rig.m_station.url()));
         else
             rig.play();
-        rig.engine->startRecording(rig.options);
+        if (asked < 2)
+            rig.engine->startRecording(rig.options);
         ASSERT_TRUE(QTest::qWaitFor(
             [&] { return rig.engine->playState() == PlayState::Reconnecting; }, kLimitMs));
         rig.m_station.stopListening();
         QTest::qWait(2500);
+        if (asked == 2)
+            rig.engine->startRecording(rig.options);
         rig.script.closeAt = -1;
         rig.m_station.setScript(rig.script);
         ASSERT_TRUE(rig.m_station.listen());
@@ -125,8 +129,8 @@ TEST(AppStreamRecording, EncodedRecordingGoesOnOverALongOutage) {
         EXPECT_TRUE(rig.errors.empty());
         ASSERT_EQ(rig.files.size(), 1U);
         EXPECT_EQ(media::decodeErrors(rig.files[0].path), QString());
-        EXPECT_GT(media::decodedSeconds(rig.files[0].path), 4.5);
-        EXPECT_TRUE(rig.files[0].comment.contains(QStringLiteral("lost")));
+        EXPECT_GT(media::decodedSeconds(rig.files[0].path), asked < 2 ? 4.5 : 1.5);
+        EXPECT_EQ(rig.files[0].comment.contains(QStringLiteral("lost")), asked < 2);
     }
 }
 

@@ -19,15 +19,16 @@ struct Kind {
     int encoder;
     const char* codec;
     const char* container;
+    int noAudio; ///< the n-th part of what is needed to tell that there is audio: holds none
 };
 
-constexpr Kind kKinds[] = {{EncoderMp3, "libmp3lame", "mp3"},
-                           {EncoderWma, "wmav2", "asf"},
-                           {EncoderOgg, "libvorbis", "ogg"},
-                           {EncoderFlac, "flac", "flac"},
-                           {EncoderAac, "aac", "adts"},
-                           {EncoderAac, "aac", "mp4"},
-                           {EncoderFlacOgg, "flac", "ogg"}};
+constexpr Kind kKinds[] = {{EncoderMp3, "libmp3lame", "mp3", 8},
+                           {EncoderWma, "wmav2", "asf", 1},
+                           {EncoderOgg, "libvorbis", "ogg", 1},
+                           {EncoderFlac, "flac", "flac", 2},
+                           {EncoderAac, "aac", "adts", 8},
+                           {EncoderAac, "aac", "mp4", 1},
+                           {EncoderFlacOgg, "flac", "ogg", 1}};
 
 QByteArray encoded(const Kind& kind) {
     const QStringList options{QStringLiteral("-c:a"), QLatin1String(kind.codec)};
@@ -103,7 +104,8 @@ TEST(EncoderOutput, IsAudioAsSoonAsItPlays) {
         const int header = headerBytes(kind.encoder, file);
         ASSERT_LT(header, file.size());
         EXPECT_TRUE(plays(path, file.left(header))) << header;
-        EXPECT_EQ(encoderOutput(kind.encoder, file.left(header / 8), true), EncoderOutput::Header);
+        EXPECT_EQ(encoderOutput(kind.encoder, file.left((header - 1) / kind.noAudio), true),
+                  EncoderOutput::Header);
         for (const char* const rubbish : {"Usage: lame [options]", "RIFF\x10\0\0\0", "\xFF"})
             EXPECT_EQ(encoderOutput(kind.encoder, rubbish, true), EncoderOutput::Foreign);
     }
@@ -116,15 +118,15 @@ TEST(EncodedSession, FilesBeginWithTheirFirstAudio) {
         const int header = headerBytes(kind.encoder, file);
         Rig rig(kind.encoder);
         EncodedSession session(rig.options, rig.clock, rig.teller);
-        session.append(1, file.left(5));
+        session.append(1, file.left(20) + '?');
         session.beginFile(1, named("A - First name"));
-        session.append(1, file.mid(5, header - 6));
+        session.append(1, file.mid(21, header - 22));
         session.noteTitle(named("A - Inside"), 0.5);
         session.connectionLost();
         session.connectionBack();
         EXPECT_EQ(rig.files(), QStringList());
         session.beginFile(1, named("A - Name"));
-        session.rewrite(1, 0, file.left(4));
+        session.rewrite(1, 20, file.mid(20, 1));
         session.append(1, file.mid(header - 1));
         ASSERT_EQ(rig.teller.opened.size(), 1);
         const QString path = rig.teller.opened.first();
@@ -140,6 +142,7 @@ TEST(EncodedSession, FilesBeginWithTheirFirstAudio) {
         EXPECT_EQ(rig.teller.newest.tracks.last().path, path);
         ASSERT_EQ(rig.teller.newest.gaps.size(), 1);
         EXPECT_EQ(rig.teller.newest.gaps.last().path, path);
+        EXPECT_EQ(rig.teller.newest.gaps.last().at.count(), 0);
     }
 }
 
@@ -151,7 +154,7 @@ TEST(EncodedSession, HeadersAloneMakeNoFileAndTheShortestSongDoes) {
         Rig rig(kind.encoder);
         EncodedSession session(rig.options, rig.clock, rig.teller);
         session.beginFile(1, named("A - Nothing"));
-        session.append(1, file.left(header / 8));
+        session.append(1, file.left((header - 1) / kind.noAudio));
         session.endFile(1, false);
         EXPECT_EQ(rig.files(), QStringList());
         session.beginFile(2, named("A - Short"));
@@ -160,6 +163,35 @@ TEST(EncodedSession, HeadersAloneMakeNoFileAndTheShortestSongDoes) {
         EXPECT_EQ(rig.files().size(), 1);
         EXPECT_EQ(rig.teller.failures, 0);
     }
+}
+
+TEST(EncodedSession, OverwritingReplacesNoFileOfItsOwn) {
+    Rig rig(EncoderMp3);
+    rig.options.overwrite = true;
+    EncodedSession session(rig.options, rig.clock, rig.teller);
+    const QByteArray good = encoded(kKinds[0]);
+    for (const quint32 encoder : {1U, 2U}) {
+        session.beginFile(encoder, named("A - Part"));
+        session.append(encoder, good);
+        session.endFile(encoder, false);
+    }
+    EXPECT_EQ(rig.files().size(), 2);
+}
+
+/// A cut that is waited for: the gap lies in the file that goes on over it.
+TEST(EncodedSession, AGapBelongsToTheFileThatIsOpen) {
+    Rig rig(EncoderMp3);
+    EncodedSession session(rig.options, rig.clock, rig.teller);
+    const QByteArray good = encoded(kKinds[0]);
+    session.beginFile(1, named("A - Open"));
+    session.append(1, good);
+    session.tellSeconds(1, 10);
+    session.beginFile(2, named("A - Coming"));
+    session.connectionLost();
+    session.connectionBack();
+    ASSERT_EQ(rig.teller.newest.gaps.size(), 1);
+    EXPECT_EQ(rig.teller.newest.gaps[0].path, rig.teller.opened.first());
+    EXPECT_EQ(rig.teller.newest.gaps[0].at.count(), 10000);
 }
 
 TEST(EncodedSession, RubbishEndsTheRecordingAndKeepsWhatWasThere) {

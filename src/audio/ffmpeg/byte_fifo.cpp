@@ -63,7 +63,7 @@ void ByteFifo::push(const std::uint8_t* data, std::size_t size) {
 }
 
 /// A listener who paused hears the newest part: the oldest goes. The reader finds the next frame or
-/// page by itself; for a link whose start went, it is given the headers again.
+/// page by itself; where a link's start went, it is told so, and given Ogg's headers again.
 void ByteFifo::dropOldest(std::size_t count) {
     const std::uint64_t until = m_position + count;
     bool isNewLink = false;
@@ -75,7 +75,7 @@ void ByteFifo::dropOldest(std::size_t count) {
     m_size -= count;
     m_position = until;
     m_hasGap = true;
-    if (isNewLink && !m_headers.empty()) {
+    if (isNewLink) {
         m_prefix = m_headers;
         m_links.push_front(m_position);
         m_isAtLink = false;

@@ -196,6 +196,7 @@ bool FfmpegLibrary::ChannelSetPosition(DWORD handle, QWORD position, DWORD mode)
     const double seconds = channel->seconds(position);
     if (channel->duration() > 0.0 && seconds > channel->duration())
         return fail(BASS_ERROR_POSITION);
+    m_output.wake(); // what has ended goes on
     channel->seek(seconds);
     return true;
 }

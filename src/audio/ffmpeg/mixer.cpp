@@ -48,7 +48,7 @@ void Mixer::render(float* out, std::size_t frames) {
         if (voice == nullptr)
             continue;
         isSounding = voice->render(out, frames) || isSounding;
-        isSilent = isSilent && voice->isMuted();
+        isSilent = isSilent && (voice->isMuted() || voice->hasEnded());
         isThin = isThin || voice->isThin(frames);
     }
     isSilent = isSilent || m_globalVolume.load() == 0;
